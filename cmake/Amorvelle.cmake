@@ -1,0 +1,78 @@
+# What every target of this project shares: warnings, sanitizers, and three ways to add a target.
+
+option(AMORVELLE_SANITIZE "Sanitizers to build with, as -fsanitize= takes them" "")
+
+add_library(amorvelle_flags INTERFACE)
+target_compile_options(amorvelle_flags INTERFACE
+    -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual
+    -Wold-style-cast -Wcast-qual -Wundef -Wvla -Wimplicit-fallthrough -Werror)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    # g++ 12 takes a std::optional that is empty for one that is uninitialised once it has inlined it.
+    target_compile_options(amorvelle_flags INTERFACE -Wno-maybe-uninitialized)
+endif()
+if(AMORVELLE_SANITIZE)
+    target_compile_options(amorvelle_flags INTERFACE
+        -fsanitize=${AMORVELLE_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_link_options(amorvelle_flags INTERFACE -fsanitize=${AMORVELLE_SANITIZE})
+endif()
+
+add_library(amorvelle_qt_flags INTERFACE)
+target_link_libraries(amorvelle_qt_flags INTERFACE amorvelle_flags)
+target_compile_definitions(amorvelle_qt_flags INTERFACE
+    QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING
+    QT_NO_KEYWORDS QT_NO_FOREACH QT_STRICT_ITERATORS)
+
+# A library made of files of the current folder. Its headers are reachable as "<folder>/<file>.h",
+# and only for targets that link it: each library's include path holds a link to its folder alone,
+# so that an include without the matching link line does not compile.
+function(amorvelle_add_library name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LINKS;PRIVATE_LINKS")
+    add_library(${name} STATIC ${arg_SOURCES})
+    set_target_properties(${name} PROPERTIES AUTOMOC ON)
+    get_filename_component(folder "${CMAKE_CURRENT_SOURCE_DIR}" NAME)
+    set(reach "${CMAKE_BINARY_DIR}/include/${name}")
+    file(MAKE_DIRECTORY "${reach}")
+    file(CREATE_LINK "${CMAKE_CURRENT_SOURCE_DIR}" "${reach}/${folder}" SYMBOLIC)
+    target_include_directories(${name} PUBLIC "${reach}")
+    target_link_libraries(${name} PUBLIC ${arg_LINKS} PRIVATE ${arg_PRIVATE_LINKS} amorvelle_qt_flags)
+endfunction()
+
+# Builds what the thread sanitizer is to look at, and no more.
+add_custom_target(thread_tests)
+
+# A Qt Test program tests/<name>.cpp, run by ctest under <name> without a display and against no
+# service but its own. LABELS: vectors (reads recorded answers), threads (also run under TSan),
+# stack (needs PostgreSQL).
+function(amorvelle_add_test name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "TIMEOUT" "SOURCES;LINKS;LABELS;DEPENDS;ENVIRONMENT")
+    if(NOT arg_TIMEOUT)
+        set(arg_TIMEOUT 120)
+    endif()
+    add_executable(${name} ${name}.cpp ${arg_SOURCES})
+    set_target_properties(${name} PROPERTIES AUTOMOC ON
+        RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
+    target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}/tests")
+    target_link_libraries(${name} PRIVATE ${arg_LINKS} Qt6::Test amorvelle_qt_flags)
+    target_compile_definitions(${name} PRIVATE
+        AMORVELLE_TEST_DATA="${PROJECT_SOURCE_DIR}/tests/data")
+    if(arg_DEPENDS)
+        add_dependencies(${name} ${arg_DEPENDS})
+    endif()
+    if("threads" IN_LIST arg_LABELS)
+        add_dependencies(thread_tests ${name})
+    endif()
+    add_test(NAME ${name} COMMAND ${name})
+    set_tests_properties(${name} PROPERTIES
+        TIMEOUT ${arg_TIMEOUT}
+        LABELS "${arg_LABELS}"
+        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=fr_FR.UTF-8;TZ=Europe/Paris;${arg_ENVIRONMENT}")
+endfunction()
+
+# A benchmark bench/<name>.cpp, a plain program that prints its table.
+function(amorvelle_add_bench name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LINKS")
+    add_executable(${name} ${name}.cpp ${arg_SOURCES})
+    set_target_properties(${name} PROPERTIES AUTOMOC ON
+        RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bench")
+    target_link_libraries(${name} PRIVATE ${arg_LINKS} amorvelle_qt_flags)
+endfunction()
