@@ -1,0 +1,71 @@
+#include "model/EventCreatePayload.h"
+
+#include "platform/JsonText.h"
+
+#include <QDateTime>
+
+namespace {
+
+QByteArray json(const QString &text)
+{
+    return jsonText(text);
+}
+
+QByteArray json(const QStringList &texts)
+{
+    QByteArray list;
+    for (const QString &text : texts)
+        list += (list.isEmpty() ? "" : ",") + jsonText(text);
+    return '[' + list + ']';
+}
+
+// A JSON object that is written member by member. (QJsonObject would sort its keys.)
+class ObjectWriter {
+public:
+    template <typename Value>
+    void add(const char *key, const Value &value)
+    {
+        m_members += (m_members.isEmpty() ? "\"" : ",\"") + QByteArray(key) + "\":" + json(value);
+    }
+
+    template <typename Value>
+    void add(const char *key, const std::optional<Value> &value)
+    {
+        if (value)
+            add(key, *value);
+    }
+
+    QByteArray object() const { return '{' + m_members + '}'; }
+
+private:
+    QByteArray m_members;
+};
+
+} // namespace
+
+QString EventCreatePayload::isoDateTime(Instant from, Instant time, const Calendar &calendar)
+{
+    const QDateTime joined = QDateTime::fromMSecsSinceEpoch(calendar.join(from, time).ms, Qt::UTC);
+    // Not Qt's own ISO form, which gives nothing for years of five digits.
+    return QStringLiteral("%1-%2")
+        .arg(joined.date().year(), 4, 10, QLatin1Char('0'))
+        .arg(joined.toString(u"MM-dd'T'HH:mm:ss'Z'"));
+}
+
+QByteArray EventCreatePayload::toJson() const
+{
+    ObjectWriter writer;
+    writer.add("id", id);
+    writer.add("user_id", user_id);
+    writer.add("titre", titre);
+    writer.add("description", description);
+    writer.add("tags", tags);
+    writer.add("lieu", lieu);
+    writer.add("link", link);
+    writer.add("organise_par", organise_par);
+    writer.add("contact_email", contact_email);
+    writer.add("date_texte", date_texte);
+    writer.add("heure_texte", heure_texte);
+    writer.add("starts_at", starts_at);
+    return writer.object();
+}
