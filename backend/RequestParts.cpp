@@ -1,0 +1,38 @@
+#include "backend/RequestParts.h"
+
+#include "backend/SupabaseError.h"
+#include "platform/Address.h"
+
+Header apiKey(const Configuration &configuration)
+{
+    return {"apikey", configuration.supabaseKey.toUtf8()};
+}
+
+Header bearer(const QString &token)
+{
+    return {"Authorization", "Bearer " + token.toUtf8()};
+}
+
+Header acceptJson()
+{
+    return {"Accept", "application/json"};
+}
+
+Header jsonContent()
+{
+    return {"Content-Type", "application/json"};
+}
+
+void requireComplete(const Configuration &configuration)
+{
+    if (!configuration.isComplete())
+        throw SupabaseError::missingConfig();
+}
+
+QUrl addressOf(const Configuration &configuration, const QString &path)
+{
+    const std::optional<QUrl> address = requestAddress(configuration.supabaseURL + path);
+    if (!address)
+        throw SupabaseError::invalidURL(configuration.supabaseURL);
+    return *address;
+}

@@ -1,0 +1,92 @@
+#include "backend/TransportFailure.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// The manager sets an error for each status from 400 up; those say no more than the status itself.
+bool onlyTellsStatus(QNetworkReply::NetworkError error, int status)
+{
+    switch (error) {
+    case QNetworkReply::ProtocolInvalidOperationError:
+        return status >= 400;
+    case QNetworkReply::ProxyAuthenticationRequiredError:
+        return status == 407;
+    case QNetworkReply::ContentReSendError:
+        return status == 307 || status == 308 || status == 401;
+    default:
+        return error > 400 || (error > 200 && error < 300);
+    }
+}
+
+// The manager reports a cut body only under a status that it takes for a success.
+bool isCut(const Received &received)
+{
+    const int status = received.status.value_or(0);
+    if (status == 0 || status == 204 || status == 304) // these have no body
+        return false;
+    return received.body.size() < received.announced.value_or(0);
+}
+
+QString text(QNetworkReply::NetworkError error, const QUrl &address, const Limits &limits)
+{
+    switch (error) {
+    case QNetworkReply::HostNotFoundError:
+        return unknownHost(address).localizedDescription();
+    case QNetworkReply::ConnectionRefusedError:
+        return u"The server \"%1\" refused the connection."_s.arg(address.host());
+    case QNetworkReply::RemoteHostClosedError:
+    case QNetworkReply::ContentReSendError:
+        return u"The connection was lost before the reply was complete."_s;
+    case QNetworkReply::OperationCanceledError:
+        return u"The server did not answer for %1 seconds."_s.arg(
+            std::chrono::ceil<std::chrono::seconds>(limits.silence).count());
+    case QNetworkReply::TimeoutError:
+        return u"The server \"%1\" cannot be reached: connecting took too long."_s.arg(
+            address.host());
+    case QNetworkReply::SslHandshakeFailedError:
+        return u"The secure connection failed: the certificate of \"%1\" was refused."_s.arg(
+            address.host());
+    case QNetworkReply::TemporaryNetworkFailureError:
+    case QNetworkReply::NetworkSessionFailedError:
+        return u"There is no network connection."_s;
+    case QNetworkReply::ProxyConnectionRefusedError:
+    case QNetworkReply::ProxyConnectionClosedError:
+    case QNetworkReply::ProxyNotFoundError:
+    case QNetworkReply::ProxyTimeoutError:
+    case QNetworkReply::ProxyAuthenticationRequiredError:
+    case QNetworkReply::UnknownProxyError:
+        return u"The network's proxy did not let the request through."_s;
+    case QNetworkReply::ProtocolFailure:
+    case QNetworkReply::ProtocolUnknownError:
+        return u"The reply is broken: it does not keep to HTTP."_s;
+    default:
+        return u"The connection failed before there was a reply."_s;
+    }
+}
+
+} // namespace
+
+TransportError unknownHost(const QUrl &address)
+{
+    return TransportError(u"The server \"%1\" cannot be found."_s.arg(address.host()));
+}
+
+TransportError tooLargeReply(qint64 largest)
+{
+    return TransportError(
+        u"The reply was given up: it is larger than %1 MiB."_s.arg(largest >> 20));
+}
+
+std::optional<TransportError> transportFailure(const Received &received, const QUrl &address,
+                                               const Limits &limits)
+{
+    if (received.isTooLarge)
+        return tooLargeReply(limits.largestReply);
+    if (isCut(received) && received.error != QNetworkReply::OperationCanceledError)
+        return TransportError(text(QNetworkReply::RemoteHostClosedError, address, limits));
+    if (received.error == QNetworkReply::NoError
+        || (received.status && onlyTellsStatus(received.error, *received.status)))
+        return std::nullopt;
+    return TransportError(text(received.error, address, limits));
+}
