@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QAccessible>
+
+class QWidget;
+
+/// Makes the roles below reach screen readers. Call once, after the application object is made;
+/// further calls do nothing.
+void installAccessibility();
+
+/// The role that a widget has for screen readers, in place of the one of its class: list, list
+/// item, heading, alert... Its name is its accessible name.
+void setAccessibleRole(QWidget *widget, QAccessible::Role role);
+
+/// What a custom widget implements, beside QWidget, to be pressed or chosen through a screen
+/// reader. It works for widgets with a role set as above.
+class Pressable {
+public:
+    virtual ~Pressable() = default;
+
+    virtual void press() = 0; ///< do what a click does
+    virtual bool isChosen() const { return false; } ///< selected among its siblings
+};

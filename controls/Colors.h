@@ -1,0 +1,53 @@
+#pragma once
+
+#include <QColor>
+#include <QPalette>
+
+/// The colours of the application. The palette carries those that it has a role for; the others are
+/// derived from it, so that setting another palette is all that a change of scheme takes.
+enum class ColorScheme { Light, Dark };
+
+/// The palette to hand to QApplication::setPalette.
+QPalette applicationPalette(ColorScheme scheme);
+
+/// The scheme that a palette belongs to, by the lightness of its window.
+ColorScheme schemeOf(const QPalette &palette);
+
+/// A role below: what widgets take when the caller may choose a colour.
+using ColorRole = QColor (*)(const QPalette &);
+
+QColor windowColor(const QPalette &palette); ///< window and sheets
+QColor surfaceColor(const QPalette &palette); ///< event pane, entry fields
+QColor popupColor(const QPalette &palette); ///< menus, popover
+QColor primaryText(const QPalette &palette);
+QColor secondaryText(const QPalette &palette); ///< also icons and placeholders
+QColor hairline(const QPalette &palette); ///< in the pane
+QColor paneEdge(const QPalette &palette);
+QColor sheetHairline(const QPalette &palette); ///< on sheets and popover
+QColor accent(const QPalette &palette); ///< fill
+QColor accentPressed(const QPalette &palette);
+QColor accentText(const QPalette &palette); ///< on the fill
+QColor accentInk(const QPalette &palette); ///< tab underline, link, checkmark, focus ring
+QColor red(const QPalette &palette); ///< errors, destructive
+QColor rowHover(const QPalette &palette);
+QColor rowSelected(const QPalette &palette);
+QColor iconButtonHover(const QPalette &palette);
+QColor iconButtonPressed(const QPalette &palette);
+QColor menuHover(const QPalette &palette);
+QColor accountFill(const QPalette &palette); ///< account button, over its lift
+QColor accountOpen(const QPalette &palette); ///< the same while its popover is open
+QColor buttonFill(const QPalette &palette); ///< secondary buttons and pop-up labels, over the lift
+QColor buttonPressed(const QPalette &palette);
+QColor buttonLine(const QPalette &palette); ///< also around fields
+QColor buttonLift(const QPalette &palette); ///< transparent where the surface needs none
+QColor accountLift(const QPalette &palette); ///< account button and segment track
+QColor chipPlate(const QPalette &palette);
+QColor segmentFill(const QPalette &palette); ///< the chosen segment
+QColor dim(const QPalette &palette); ///< over a window behind a sheet
+QColor cardEdge(const QPalette &palette);
+QColor cardShadow(const QPalette &palette);
+QColor scrollThumb(const QPalette &palette);
+QColor spinnerTrack(const QPalette &palette);
+
+/// How much of a control is seen while it is disabled.
+inline constexpr qreal disabledOpacity = 0.45;

@@ -1,0 +1,150 @@
+#include "controls/ErrorText.h"
+
+#include "controls/Accessibility.h"
+#include "controls/Colors.h"
+#include "controls/Fonts.h"
+#include "controls/TextBlock.h"
+#include "controls/ThinScrollBar.h"
+
+#include <QEvent>
+#include <QMimeData>
+#include <QTextBlockFormat>
+#include <QTextCursor>
+#include <QTextDocument>
+#include <QTextDocumentFragment>
+#include <QTextEdit>
+
+namespace {
+
+constexpr qsizetype mostShown = 20'000; ///< characters; beyond it layout takes seconds
+
+} // namespace
+
+/// A read-only editor without a frame that gives back its whole text when all of it is copied.
+class ErrorView : public QTextEdit {
+public:
+    explicit ErrorView(QWidget *parent)
+        : QTextEdit(parent)
+    {
+        setAcceptRichText(false);
+        setReadOnly(true);
+        setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+        setFrameShape(QFrame::NoFrame);
+        setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+        setVerticalScrollBar(new ThinScrollBar(this));
+        setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+        setTabChangesFocus(true);
+        document()->setDocumentMargin(0);
+        document()->setUndoRedoEnabled(false);
+        viewport()->setAutoFillBackground(false);
+        setAutoFillBackground(false);
+    }
+
+    void show(const QString &whole, int pitch)
+    {
+        m_whole = whole;
+        QString shown = whole.first(std::min(whole.size(), mostShown));
+        if (shown.size() < whole.size())
+            shown += QChar(0x2026);
+        setPlainText(shown);
+        QTextBlockFormat format;
+        format.setLineHeight(pitch, QTextBlockFormat::FixedHeight);
+        QTextCursor cursor(document());
+        cursor.select(QTextCursor::Document);
+        cursor.mergeBlockFormat(format);
+    }
+
+protected:
+    QMimeData *createMimeDataFromSelection() const override
+    {
+        const auto cursor = textCursor();
+        const bool all = cursor.selectionStart() == 0
+            && cursor.selectionEnd() == document()->characterCount() - 1;
+        auto *copied = new QMimeData;
+        copied->setText(all ? m_whole : cursor.selection().toPlainText());
+        return copied;
+    }
+
+private:
+    QString m_whole;
+};
+
+ErrorText::ErrorText(QWidget *parent)
+    : QWidget(parent)
+    , m_view(new ErrorView(this))
+{
+    QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+    policy.setHeightForWidth(true);
+    setSizePolicy(policy);
+    setFocusProxy(m_view);
+    setFont(appFont(13));
+    setAccessibleRole(this, QAccessible::AlertMessage);
+    updateColor();
+}
+
+void ErrorText::setText(const QString &text)
+{
+    if (text == m_text)
+        return;
+    m_text = text;
+    setAccessibleName(text);
+    m_view->setAccessibleName(text);
+    m_view->show(text, lineHeight(font()));
+    updateGeometry();
+    if (isVisible())
+        announce();
+}
+
+void ErrorText::setMaximumLines(int lines)
+{
+    m_maximumLines = lines;
+    updateGeometry();
+}
+
+int ErrorText::heightForWidth(int width) const
+{
+    TextBlock block(m_text, font(), m_maximumLines);
+    block.layOut(width);
+    return block.height();
+}
+
+QSize ErrorText::sizeHint() const
+{
+    constexpr int usualWidth = 320;
+    return {usualWidth, heightForWidth(usualWidth)};
+}
+
+QSize ErrorText::minimumSizeHint() const
+{
+    return {2 * fontMetrics().height(), lineHeight(font())};
+}
+
+void ErrorText::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::PaletteChange)
+        updateColor();
+    QWidget::changeEvent(event);
+}
+
+void ErrorText::resizeEvent(QResizeEvent *)
+{
+    // Not by a layout: the height for a width is asked of a layout rather than of its widget.
+    m_view->setGeometry(rect());
+}
+
+void ErrorText::updateColor()
+{
+    QPalette colors = palette();
+    colors.setColor(QPalette::Text, red(colors));
+    colors.setColor(QPalette::Base, Qt::transparent);
+    m_view->setPalette(colors);
+}
+
+void ErrorText::announce()
+{
+    // Screen readers speak an alert when it appears, and this one is there already.
+    QAccessibleEvent gone(this, QAccessible::ObjectHide);
+    QAccessible::updateAccessibility(&gone);
+    QAccessibleEvent shown(this, QAccessible::ObjectShow);
+    QAccessible::updateAccessibility(&shown);
+}

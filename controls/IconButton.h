@@ -1,0 +1,33 @@
+#pragma once
+
+#include "controls/Accessibility.h"
+#include "controls/Colors.h"
+#include "controls/Symbols.h"
+
+#include <QAbstractButton>
+
+class KeyboardFocus;
+
+/// A symbol of 16 in a target of 24 that presses like a button. Its name is for the tooltip and
+/// the screen reader.
+class IconButton : public QAbstractButton, public Pressable {
+    Q_OBJECT
+
+public:
+    IconButton(Symbol symbol, const QString &name, ColorRole color = secondaryText,
+               QWidget *parent = nullptr);
+
+    void press() override { click(); }
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override { return sizeHint(); }
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    Symbol m_symbol;
+    ColorRole m_color;
+    KeyboardFocus *m_focus;
+};

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QObject>
+
+class QWidget;
+
+/// Knows whether a widget has the focus by keyboard, which is when its ring shows. A window that
+/// comes back to the front, or a menu that closes, keeps what was shown before.
+class KeyboardFocus : public QObject {
+    Q_OBJECT
+
+public:
+    /// Always: the ring shows however the focus came (entry fields).
+    enum class Shown { ByKeyboard, Always };
+
+    /// Watches `widget`, updates it at each change, and lives as long as it.
+    explicit KeyboardFocus(QWidget *widget, Shown shown = Shown::ByKeyboard);
+
+    bool isVisible() const { return m_visible; }
+
+    /// Gives a widget the focus as the tab key does, also before its window is in front: for what
+    /// is focused when a sheet opens.
+    static void give(QWidget *widget);
+
+Q_SIGNALS:
+    void changed(bool visible);
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    void setVisible(bool visible);
+
+    QWidget *m_widget;
+    Shown m_shown;
+    bool m_byKeyboard = false;
+    bool m_visible = false;
+};

@@ -1,0 +1,60 @@
+#include "controls/LinkLabel.h"
+
+#include "controls/Colors.h"
+#include "controls/FocusRing.h"
+#include "controls/Fonts.h"
+#include "controls/Painting.h"
+
+#include <QDesktopServices>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QStringList>
+
+bool mayOpen(const QUrl &address)
+{
+    static const QStringList schemes = {QString(), QStringLiteral("http"), QStringLiteral("https"),
+                                        QStringLiteral("mailto"), QStringLiteral("tel")};
+    return schemes.contains(address.scheme()); // which QUrl keeps in lower case
+}
+
+LinkLabel::LinkLabel(const QString &text, const QUrl &address, QWidget *parent)
+    : QAbstractButton(parent)
+    , m_label(text)
+    , m_address(address)
+{
+    QFont underlined = appFont(12, QFont::DemiBold);
+    underlined.setUnderline(true);
+    setFont(underlined);
+    setCursor(Qt::PointingHandCursor);
+    setFocusPolicy(Qt::StrongFocus);
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    setAccessibleRole(this, QAccessible::Link);
+    setAccessibleName(text);
+    setPlainToolTip(this, address.toDisplayString());
+    new FocusRing(this, 3, ringGap);
+
+    connect(this, &QAbstractButton::clicked, this, [this] {
+        if (mayOpen(m_address))
+            QDesktopServices::openUrl(m_address);
+    });
+}
+
+QSize LinkLabel::sizeHint() const
+{
+    return {qCeil(QFontMetricsF(font()).horizontalAdvance(m_label)), lineHeight(font())};
+}
+
+void LinkLabel::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
+        click();
+    else
+        QAbstractButton::keyPressEvent(event);
+}
+
+void LinkLabel::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    painter.setPen(accentInk(palette()));
+    painter.drawText(rect(), Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, m_label);
+}

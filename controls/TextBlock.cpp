@@ -1,0 +1,131 @@
+#include "controls/TextBlock.h"
+
+#include "controls/Fonts.h"
+
+#include <QFontMetricsF>
+#include <QPainter>
+
+#include <cmath>
+
+namespace {
+
+constexpr QChar ellipsis(0x2026);
+/// More than any screen shows in one line, and in all: shaping takes its time by the character.
+constexpr qsizetype mostInLine = 1500;
+constexpr qsizetype mostInAll = 20'000;
+constexpr qreal unlimited = 1 << 24; ///< pixels
+
+/// As the layout takes it: line separators for every kind of line break.
+QString withLineSeparators(QString text)
+{
+    text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+    for (QChar &c : text) {
+        if (c == u'\n' || c == u'\r' || c == QChar::ParagraphSeparator || c == u'\v' || c == u'\f'
+            || c == QChar(0x85))
+            c = QChar::LineSeparator;
+    }
+    return text;
+}
+
+QString firstOf(const QString &text, qsizetype most)
+{
+    if (text.size() <= most)
+        return text;
+    return text.first(text[most - 1].isHighSurrogate() ? most - 1 : most);
+}
+
+} // namespace
+
+TextBlock::TextBlock(const QString &text, const QFont &font, int maximumLines,
+                     Qt::Alignment alignment)
+    : m_font(font)
+    , m_option(alignment)
+    , m_maximumLines(maximumLines)
+    , m_pitch(lineHeight(font))
+{
+    const auto most = maximumLines > 0 ? std::min(mostInAll, mostInLine * maximumLines) : mostInAll;
+    m_text = withLineSeparators(firstOf(text, most));
+    m_bounded = text.size() > most;
+    m_option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+}
+
+void TextBlock::layOut(int width)
+{
+    width = std::max(width, 1);
+    if (width == m_width)
+        return;
+    m_width = width;
+    m_ellipsisLine.reset();
+    m_lines = std::make_unique<QTextLayout>(m_text, m_font);
+    Extent extent = breakLines(*m_lines, m_maximumLines, 0);
+    m_cut = m_bounded || extent.end < m_text.size();
+    if (m_cut) {
+        // The last line again, with what follows it, so that the ellipsis stands where it must.
+        const auto last = m_lines->lineAt(m_lines->lineCount() - 1);
+        const int top = extent.height - std::max(m_pitch, qCeil(last.height()));
+        const int from = last.textStart();
+        m_ellipsisLine = std::make_unique<QTextLayout>(lastLine(from), m_font);
+        extent.height = breakLines(*m_ellipsisLine, 1, top).height;
+    }
+    m_height = extent.height;
+    m_lineCount = extent.lines;
+}
+
+TextBlock::Extent TextBlock::breakLines(QTextLayout &layout, int mostLines, int top) const
+{
+    layout.setTextOption(m_option);
+    layout.setCacheEnabled(true);
+    layout.clearLayout();
+    Extent extent{0, top, 0};
+    layout.beginLayout();
+    while (mostLines == 0 || extent.lines < mostLines) {
+        QTextLine line = layout.createLine();
+        if (!line.isValid())
+            break;
+        line.setLineWidth(m_width);
+        const int pitch = std::max(m_pitch, qCeil(line.height()));
+        line.setPosition({0, extent.height + std::floor((pitch - line.height()) / 2)});
+        extent.end = line.textStart() + line.textLength();
+        extent.height += pitch;
+        ++extent.lines;
+    }
+    layout.endLayout();
+    return extent;
+}
+
+QString TextBlock::lastLine(int from) const
+{
+    const auto lineEnd = m_text.indexOf(QChar::LineSeparator, from);
+    const bool goesOn = m_bounded || lineEnd >= 0;
+    QString line = firstOf(m_text.mid(from, lineEnd < 0 ? -1 : lineEnd - from), mostInLine);
+    if (goesOn)
+        line += ellipsis;
+    return QFontMetricsF(m_font).elidedText(line, Qt::ElideRight, m_width);
+}
+
+int TextBlock::naturalWidth() const
+{
+    if (m_naturalWidth < 0) {
+        QTextLayout layout(firstOf(m_text, mostInLine), m_font);
+        layout.setTextOption(m_option);
+        layout.beginLayout();
+        qreal widest = 0;
+        for (auto line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+            line.setLineWidth(unlimited);
+            widest = std::max(widest, line.naturalTextWidth());
+        }
+        layout.endLayout();
+        m_naturalWidth = qCeil(widest);
+    }
+    return m_naturalWidth;
+}
+
+void TextBlock::paint(QPainter &painter, QPointF topLeft, const QColor &color) const
+{
+    painter.setPen(color);
+    const int whole = m_ellipsisLine ? m_lineCount - 1 : m_lineCount;
+    for (int i = 0; i < whole; ++i)
+        m_lines->lineAt(i).draw(&painter, topLeft);
+    if (m_ellipsisLine)
+        m_ellipsisLine->draw(&painter, topLeft);
+}

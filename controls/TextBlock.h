@@ -1,0 +1,52 @@
+#pragma once
+
+#include <QFont>
+#include <QString>
+#include <QTextLayout>
+
+#include <memory>
+
+class QPainter;
+
+/// Plain text laid out in lines, between words and within words if it must; laid out once for a
+/// width and then only painted. Of a text beyond any page it lays out the beginning.
+class TextBlock {
+public:
+    /// `maximumLines`: 0 for as many as it takes.
+    TextBlock(const QString &text, const QFont &font, int maximumLines = 0,
+              Qt::Alignment alignment = Qt::AlignLeft);
+
+    /// Lays the text out, unless it is laid out for this width already.
+    void layOut(int width);
+
+    int width() const { return m_width; } ///< -1 before the first layout
+    int height() const { return m_height; } ///< of the lines; an empty text has one line
+    int lineCount() const { return m_lineCount; }
+    bool isCut() const { return m_cut; } ///< something is left out: it ends in an ellipsis
+    int naturalWidth() const; ///< the width that takes the longest line whole
+
+    void paint(QPainter &painter, QPointF topLeft, const QColor &color) const;
+
+private:
+    struct Extent {
+        int end;
+        int height;
+        int lines;
+    };
+    Extent breakLines(QTextLayout &layout, int mostLines, int top) const;
+    QString lastLine(int from) const;
+
+    QString m_text; ///< what is laid out, with line separators
+    QFont m_font;
+    QTextOption m_option;
+    int m_maximumLines;
+    int m_pitch;
+    bool m_bounded; ///< the text goes on after m_text
+    int m_width = -1;
+    int m_height = 0;
+    int m_lineCount = 0;
+    bool m_cut = false;
+    mutable int m_naturalWidth = -1;
+    std::unique_ptr<QTextLayout> m_lines;
+    std::unique_ptr<QTextLayout> m_ellipsisLine; ///< instead of the last of a cut text
+};
