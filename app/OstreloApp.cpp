@@ -1,0 +1,107 @@
+#include "app/OstreloApp.h"
+
+#include "browse/ContentView.h"
+#include "controls/Accessibility.h"
+#include "controls/Colors.h"
+#include "controls/Fonts.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QKeySequence>
+#include <QLibraryInfo>
+#include <QLocale>
+#include <QTimer>
+
+#include <chrono>
+
+#ifdef Q_OS_MACOS
+#include <QMenuBar>
+#endif
+
+namespace {
+
+/// How long the first window waits to learn whether it is to be dark: a moment that nobody notices,
+/// and enough for a portal that is running.
+constexpr std::chrono::milliseconds longestWait{100};
+
+void addShortcut(ContentView *window, const QKeySequence &keys, auto act)
+{
+    auto *action = new QAction(window);
+    action->setShortcut(keys);
+    QObject::connect(action, &QAction::triggered, window, act);
+    window->addAction(action);
+}
+
+} // namespace
+
+OstreloApp::OstreloApp(QObject *parent)
+    : QObject(parent)
+    , m_desktopIsDark(schemeOf(QApplication::palette()) == ColorScheme::Dark)
+{
+    installAccessibility();
+    QApplication::setFont(appFont(13));
+    loadTranslation();
+    makeMenuBar();
+    connect(&m_colorScheme, &DesktopColorScheme::changed, this, &OstreloApp::applyColorScheme);
+    connect(&m_colorScheme, &DesktopColorScheme::settled, this, &OstreloApp::openFirstWindow);
+    QTimer::singleShot(longestWait, this, &OstreloApp::openFirstWindow);
+}
+
+void OstreloApp::openFirstWindow()
+{
+    if (m_hasOpened)
+        return;
+    m_hasOpened = true;
+    applyColorScheme();
+    openWindow();
+}
+
+void OstreloApp::openWindow()
+{
+    auto *window = new ContentView;
+    window->setAttribute(Qt::WA_DeleteOnClose);
+#ifndef Q_OS_MACOS // there the menu bar has them
+    // By their keys: what the toolkit calls the standard ones differs from desktop to desktop.
+    addShortcut(window, Qt::CTRL | Qt::Key_N, [this] { openWindow(); });
+    addShortcut(window, Qt::CTRL | Qt::Key_W, [window] { window->close(); });
+    // Closing the windows, not quitting, lets each of them finish what it has begun.
+    addShortcut(window, Qt::CTRL | Qt::Key_Q, [] { QApplication::closeAllWindows(); });
+#endif
+    window->show();
+}
+
+void OstreloApp::applyColorScheme()
+{
+#ifndef Q_OS_MACOS // there the platform's palette follows the desktop by itself
+    const bool isDark = m_colorScheme.prefersDark().value_or(m_desktopIsDark);
+    QApplication::setPalette(applicationPalette(isDark ? ColorScheme::Dark : ColorScheme::Light));
+#endif
+}
+
+void OstreloApp::loadTranslation()
+{
+    if (m_translator.load(QLocale::system(), QStringLiteral("qtbase"), QStringLiteral("_"),
+                          QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        QCoreApplication::installTranslator(&m_translator);
+}
+
+void OstreloApp::makeMenuBar()
+{
+#ifdef Q_OS_MACOS
+    // A menu bar without a window stays when the last window has gone, and with it the way to open
+    // another one; the program stays too.
+    QApplication::setQuitOnLastWindowClosed(false);
+    static auto *bar = new QMenuBar;
+    auto *windows = bar->addMenu(tr("Fenêtre"));
+    windows->addAction(tr("Nouvelle fenêtre"), QKeySequence::New, this, &OstreloApp::openWindow);
+    windows->addAction(tr("Fermer"), QKeySequence::Close, this, [] {
+        if (QWidget *window = QApplication::activeWindow())
+            window->close();
+    });
+    connect(qApp, &QApplication::applicationStateChanged, this, [this](Qt::ApplicationState state) {
+        if (state == Qt::ApplicationActive && m_hasOpened
+            && QApplication::topLevelWidgets().isEmpty())
+            openWindow();
+    });
+#endif
+}

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "platform/DesktopColorScheme.h"
+
+#include <QTranslator>
+
+class ContentView;
+
+/// The application: opens its windows, gives them the desktop's light or dark colours and the
+/// toolkit's texts in the user's language. One in a process, made after the QApplication.
+class OstreloApp : public QObject {
+    Q_OBJECT
+public:
+    explicit OstreloApp(QObject *parent = nullptr);
+
+    /// Opens a further window, with a state of its own.
+    void openWindow();
+
+private:
+    void openFirstWindow();
+    void applyColorScheme();
+    void loadTranslation();
+    void makeMenuBar();
+
+    DesktopColorScheme m_colorScheme;
+    QTranslator m_translator;
+    bool m_hasOpened = false;
+    bool m_desktopIsDark = false; ///< by the palette that the toolkit came up with
+};
