@@ -1,0 +1,93 @@
+#include "browse/AccountButton.h"
+
+#include "controls/Colors.h"
+#include "controls/FocusRing.h"
+#include "controls/Fonts.h"
+#include "controls/Painting.h"
+#include "controls/Symbols.h"
+
+#include <QFontMetrics>
+#include <QKeyEvent>
+#include <QPainter>
+
+#include <algorithm>
+
+namespace {
+
+constexpr int paddingX = 6;
+constexpr int paddingY = 4;
+constexpr int symbolSize = 18;
+constexpr int gap = 5;
+constexpr int radius = 6;
+constexpr int widest = 180;
+
+} // namespace
+
+AccountButton::AccountButton(QWidget *parent)
+    : QAbstractButton(parent)
+{
+    setFont(appFont(11));
+    setAccessibleName(QStringLiteral("Compte"));
+    setFocusPolicy(Qt::TabFocus);
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    new FocusRing(this, radius);
+}
+
+void AccountButton::setEmail(const QString &email)
+{
+    if (email == m_email)
+        return;
+    m_email = email;
+    setAccessibleDescription(email);
+    const int natural =
+        2 * paddingX + symbolSize + gap + QFontMetrics(font()).horizontalAdvance(email);
+    setPlainToolTip(this, natural > widest ? email : QString());
+    updateGeometry();
+    update();
+}
+
+void AccountButton::setOpen(bool isOpen)
+{
+    m_isOpen = isOpen;
+    update();
+}
+
+QSize AccountButton::sizeHint() const
+{
+    const QFontMetrics metrics(font());
+    int width = 2 * paddingX + symbolSize;
+    if (!m_email.isEmpty())
+        width += gap + metrics.horizontalAdvance(m_email);
+    return {std::min(width, widest), 2 * paddingY + std::max(symbolSize, lineHeight(font()))};
+}
+
+QSize AccountButton::minimumSizeHint() const
+{
+    return sizeHint();
+}
+
+void AccountButton::keyPressEvent(QKeyEvent *event)
+{
+    // Return does what Space does: a button that has the focus is pressed by either.
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
+        click();
+    else
+        QAbstractButton::keyPressEvent(event);
+}
+
+void AccountButton::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    fillRounded(painter, rect(), radius, accountLift(palette()));
+    fillRounded(painter, rect(), radius,
+                m_isOpen || isDown() ? accountOpen(palette()) : accountFill(palette()));
+    const QRectF symbol(paddingX, (height() - symbolSize) / 2.0, symbolSize, symbolSize);
+    paintSymbol(painter, Symbol::Person, symbol, symbolSize, secondaryText(palette()));
+    if (m_email.isEmpty())
+        return;
+    const int x = paddingX + symbolSize + gap;
+    const QRect room(x, 0, width() - x - paddingX, height());
+    painter.setPen(secondaryText(palette()));
+    painter.drawText(room, Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine,
+                     painter.fontMetrics().elidedText(m_email, Qt::ElideRight, room.width()));
+}

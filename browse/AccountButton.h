@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QAbstractButton>
+
+/// The header's account button: a person, and the account's e-mail address when one is known, cut
+/// at its end where it is long.
+class AccountButton : public QAbstractButton {
+    Q_OBJECT
+public:
+    explicit AccountButton(QWidget *parent = nullptr);
+
+    /// Empty: the symbol alone.
+    void setEmail(const QString &email);
+    /// Whether the menu that the button opens is open, which shows in its background.
+    void setOpen(bool isOpen);
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    QString m_email;
+    bool m_isOpen = false;
+};

@@ -1,0 +1,86 @@
+#include "browse/EventDetailView.h"
+
+#include "app/ButtonStyles.h"
+#include "browse/EventMeta.h"
+#include "browse/EventTexts.h"
+#include "browse/TagChips.h"
+#include "controls/Accessibility.h"
+#include "controls/Fonts.h"
+#include "controls/LinkLabel.h"
+#include "controls/SymbolLabel.h"
+#include "controls/TextLabel.h"
+#include "platform/Address.h"
+
+#include <QHBoxLayout>
+#include <QVBoxLayout>
+
+namespace {
+
+constexpr int cardWidth = 480;
+constexpr int padding = 16;
+constexpr int spacing = 12;
+constexpr int minimumHeight = 320;
+
+SymbolLabel *makeWrappingLabel(Symbol symbol, const QString &text, QWidget *parent)
+{
+    auto *label = new SymbolLabel(symbol, text, parent);
+    label->setFont(appFont(12));
+    label->setWrapping(true);
+    return label;
+}
+
+QWidget *makeBody(const Event &event, const Calendar &calendar)
+{
+    auto *body = new QWidget;
+    auto *column = new QVBoxLayout(body);
+    column->setContentsMargins(padding, padding, padding, padding);
+    column->setSpacing(spacing);
+    body->setMinimumHeight(minimumHeight);
+
+    auto *title = new TextLabel(event.titre, appFont(22, QFont::DemiBold), primaryText, body);
+    setAccessibleRole(title, QAccessible::Heading);
+    column->addWidget(title);
+    if (isPresent(event.description))
+        column->addWidget(new TextLabel(*event.description, appFont(13), secondaryText, body));
+    auto *meta = new EventMeta(body);
+    meta->setEvent(event, calendar);
+    column->addWidget(meta);
+    if (isPresent(event.organise_par)) {
+        column->addWidget(makeWrappingLabel(
+            Symbol::People, QStringLiteral("Organisé par ") + *event.organise_par, body));
+    }
+    if (isPresent(event.contact_email))
+        column->addWidget(makeWrappingLabel(Symbol::Envelope, *event.contact_email, body));
+    if (isPresent(event.link) && formsLink(*event.link)) {
+        column->addWidget(new LinkLabel(QStringLiteral("Ouvrir le lien"), QUrl(*event.link), body),
+                          0, Qt::AlignLeft);
+    }
+    if (event.tags && !event.tags->isEmpty()) {
+        auto *chips = new TagChips(body);
+        chips->setTags(*event.tags);
+        column->addWidget(chips);
+    }
+    column->addStretch();
+    return body;
+}
+
+} // namespace
+
+EventDetailView::EventDetailView(const Event &event, const Calendar &calendar, QWidget *over)
+    : Sheet(cardWidth, over)
+{
+    auto *footer = new QWidget;
+    auto *close = new SecondaryButton(QStringLiteral("Fermer"), footer);
+    connect(close, &QPushButton::clicked, this, &QWidget::close);
+
+    auto *row = new QHBoxLayout(footer);
+    row->setContentsMargins(padding, 10, padding, 10);
+    row->addStretch();
+    row->addWidget(close);
+
+    setAccessibleName(event.titre);
+    setBody(makeBody(event, calendar));
+    setFooter(footer);
+    setFooterLine(true);
+    setClosesOnCancel(true);
+}

@@ -1,0 +1,90 @@
+#include "browse/EventList.h"
+
+#include "browse/Ownership.h"
+#include "controls/Fonts.h"
+#include "controls/SectionList.h"
+#include "controls/TextLabel.h"
+
+#include <QStackedLayout>
+#include <QVBoxLayout>
+
+namespace {
+
+/// "No events found." in the middle of the room there is.
+QWidget *makeEmptyNotice(QWidget *parent)
+{
+    auto *notice = new QWidget(parent);
+    auto *label =
+        new TextLabel(QStringLiteral("No events found."), appFont(13), secondaryText, notice);
+    label->setAlignment(Qt::AlignHCenter);
+    auto *column = new QVBoxLayout(notice);
+    column->addStretch();
+    column->addWidget(label);
+    column->addStretch();
+    return notice;
+}
+
+} // namespace
+
+EventList::EventList(const Actions &actions, QWidget *parent)
+    : QWidget(parent)
+    , m_body(new QStackedLayout(this))
+    , m_none(makeEmptyNotice(this))
+    , m_list(new SectionList(
+          [edit = actions.onEdit, remove = actions.onDelete] { return new EventRow(edit, remove); },
+          this))
+{
+    connect(m_list, &SectionList::rowActivated, this, [this, select = actions.onSelect](int row) {
+        select(Event(m_events.at(m_rows.at(row))));
+    });
+    m_body->addWidget(m_none);
+    m_body->addWidget(m_list);
+}
+
+void EventList::setEvents(const QList<Event> &events, const QList<EventGroup> &groups,
+                          const Calendar &calendar)
+{
+    m_events = events;
+    m_calendar = calendar;
+    m_rows.clear();
+    SectionListContent content;
+    for (const EventGroup &group : groups) {
+        content.sections.append({group.title, static_cast<int>(group.items.size())});
+        m_rows.append(group.items);
+    }
+    content.rowId = [this](int row) { return m_events.at(m_rows.at(row)).id; };
+    content.fill = [this](SectionListRow &widget, int row) {
+        const Event &event = m_events.at(m_rows.at(row));
+        static_cast<EventRow &>(widget).setEvent(event, isOwner(event, m_currentUserId),
+                                                 m_calendar);
+    };
+    m_list->setContent(std::move(content));
+    m_body->setCurrentWidget(m_rows.isEmpty() ? m_none : m_list);
+}
+
+void EventList::setCurrentUserId(const std::optional<QString> &userId)
+{
+    if (userId == m_currentUserId)
+        return;
+    m_currentUserId = userId;
+    m_list->refreshRows();
+}
+
+void EventList::setSelectedEvent(const std::optional<QString> &id)
+{
+    m_list->setSelectedRow(id);
+}
+
+void EventList::focusEvent(const QString &id)
+{
+    m_list->focusRow(id);
+}
+
+std::optional<QString> EventList::focusedEvent() const
+{
+    const QWidget *focus = m_list->window()->focusWidget();
+    const std::optional<int> row = m_list->currentRow();
+    if (!focus || !row || !m_list->isAncestorOf(focus))
+        return {};
+    return m_events.at(m_rows.at(*row)).id;
+}

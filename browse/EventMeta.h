@@ -1,0 +1,36 @@
+#pragma once
+
+#include "model/Event.h"
+#include "platform/Calendar.h"
+
+#include <QWidget>
+
+class SymbolLabel;
+
+/// The line that says when and where: date, time, place, each only when there is one. The place
+/// gives way first where there is no room.
+class EventMeta : public QWidget {
+    Q_OBJECT
+public:
+    explicit EventMeta(QWidget *parent = nullptr);
+
+    void setEvent(const Event &event, const Calendar &calendar);
+
+    /// What the line says, for screen readers: "2026-11-14, 14:30, Salle Vaudrelle".
+    const QString &spoken() const { return m_spoken; }
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
+protected:
+    void resizeEvent(QResizeEvent *event) override;
+
+private:
+    QList<SymbolLabel *> shownLabels() const;
+    void arrange();
+
+    SymbolLabel *m_date;
+    SymbolLabel *m_time;
+    SymbolLabel *m_place;
+    QString m_spoken;
+};

@@ -1,0 +1,15 @@
+#include "browse/EventTexts.h"
+
+bool isPresent(const std::optional<QString> &text)
+{
+    return text && !text->isEmpty();
+}
+
+std::optional<QString> shownDate(const Event &event, const Calendar &calendar)
+{
+    if (isPresent(event.date_texte))
+        return event.date_texte;
+    if (event.starts_at)
+        return calendar.moment(*event.starts_at);
+    return {};
+}

@@ -1,0 +1,11 @@
+#pragma once
+
+#include "model/Event.h"
+#include "platform/Calendar.h"
+
+/// Whether an optional text has something to show: it is there and not empty. Blanks count.
+bool isPresent(const std::optional<QString> &text);
+
+/// When the event takes place, as it is shown: `date_texte` as stored, else `starts_at` on the
+/// calendar's clock, else nothing.
+std::optional<QString> shownDate(const Event &event, const Calendar &calendar);

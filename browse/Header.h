@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QWidget>
+
+#include <functional>
+#include <optional>
+
+class AccountButton;
+class PrimaryButton;
+class SecondaryButton;
+
+/// The top of the window: the brand and the tagline on the left, what a member can do on the right.
+class Header : public QWidget {
+    Q_OBJECT
+public:
+    /// What the buttons do; one without an action does nothing.
+    struct Actions {
+        std::function<void()> onAddAccount;
+        std::function<void()> onAddEvent;
+        std::function<void()> onAccount;
+    };
+    struct Content {
+        bool isSignedIn = false;
+        bool hasSavedCredentials = false;
+        std::optional<QString> email; ///< the one to show beside the account button
+        bool isAccountMenuPresented = false;
+    };
+
+    explicit Header(const Actions &actions, QWidget *parent = nullptr);
+
+    void setContent(const Content &content);
+
+    /// What the account menu is anchored to.
+    QWidget *accountButton() const;
+
+private:
+    QWidget *makeTitles();
+    QWidget *makeButtons();
+
+    SecondaryButton *m_addAccount;
+    PrimaryButton *m_addEvent;
+    AccountButton *m_account;
+};

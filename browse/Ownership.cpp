@@ -1,0 +1,10 @@
+#include "browse/Ownership.h"
+
+#include "platform/Text.h"
+
+bool isOwner(const Event &event, const std::optional<QString> &currentUserId)
+{
+    if (!event.user_id || !currentUserId)
+        return !event.user_id && !currentUserId;
+    return sameText(*event.user_id, *currentUserId);
+}
