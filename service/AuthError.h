@@ -1,0 +1,17 @@
+#pragma once
+
+#include "service/Options.h"
+#include "service/Reply.h"
+
+#include <string>
+
+/// A refusal of the accounts' interface.
+struct AuthError {
+    int status;
+    std::string code;
+    std::string message;
+    /// Whether it refuses a grant; the older shape tells these, and only these, as OAuth does.
+    bool isGrant = false;
+};
+
+Reply replyFor(const AuthError &error, AuthErrorShape shape);
