@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QColor>
+#include <QImage>
+#include <QPainter>
+#include <QWidget>
+
+/// What a widget paints, at `ratio` device pixels each, over its window's colour.
+inline QImage picture(QWidget &widget, qreal ratio = 1)
+{
+    QImage image(widget.size() * ratio, QImage::Format_ARGB32_Premultiplied);
+    image.setDevicePixelRatio(ratio);
+    image.fill(widget.palette().color(QPalette::Active, QPalette::Window));
+    widget.render(&image, {}, {}, QWidget::DrawChildren);
+    return image;
+}
+
+/// `over` as it looks upon an opaque `under`.
+inline QColor blended(const QColor &over, const QColor &under)
+{
+    const qreal a = over.alphaF();
+    const auto mix = [a](int top, int bottom) { return qRound(top * a + bottom * (1 - a)); };
+    return {mix(over.red(), under.red()), mix(over.green(), under.green()),
+            mix(over.blue(), under.blue())};
+}
+
+/// Whether two colours are the same but for the rounding of a painter's blending.
+inline bool alike(const QColor &a, const QColor &b)
+{
+    constexpr int rounding = 2;
+    return qAbs(a.red() - b.red()) <= rounding && qAbs(a.green() - b.green()) <= rounding
+        && qAbs(a.blue() - b.blue()) <= rounding;
+}
+
+/// Prints both colours when they differ.
+#define COMPARE_COLORS(actual, expected)                                                           \
+    QVERIFY2(                                                                                      \
+        alike(actual, expected),                                                                   \
+        qPrintable(                                                                                \
+            QStringLiteral("%1, not %2").arg(QColor(actual).name(), QColor(expected).name())))

@@ -1,0 +1,72 @@
+#include "support/StandInPortal.h"
+
+#include <QUuid>
+
+PrivateBus::PrivateBus()
+{
+    m_daemon.setProcessChannelMode(QProcess::SeparateChannels);
+    m_daemon.start(QStringLiteral("dbus-daemon"),
+                   {QStringLiteral("--session"), QStringLiteral("--nofork"),
+                    QStringLiteral("--nopidfile"), QStringLiteral("--nosyslog"),
+                    QStringLiteral("--print-address")});
+    if (!m_daemon.waitForReadyRead(20'000))
+        qFatal("dbus-daemon did not start: %s", m_daemon.readAllStandardError().constData());
+    m_address = QString::fromLatin1(m_daemon.readLine()).trimmed();
+    qputenv("DBUS_SESSION_BUS_ADDRESS", m_address.toLatin1());
+}
+
+PrivateBus::~PrivateBus()
+{
+    m_daemon.kill();
+    m_daemon.waitForFinished();
+}
+
+StandInPortal::StandInPortal(const PrivateBus &bus, uint scheme)
+    : m_connectionName(QUuid::createUuid().toString())
+    , m_bus(QDBusConnection::connectToBus(bus.address(), m_connectionName))
+    , m_scheme(scheme)
+{
+    m_bus.registerObject(QStringLiteral("/org/freedesktop/portal/desktop"), this,
+                         QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllSignals);
+    if (!m_bus.registerService(QStringLiteral("org.freedesktop.portal.Desktop")))
+        qFatal("the stand-in portal has no bus");
+}
+
+StandInPortal::~StandInPortal()
+{
+    QDBusConnection::disconnectFromBus(m_connectionName);
+}
+
+void StandInPortal::change(uint scheme)
+{
+    m_scheme = scheme;
+    Q_EMIT SettingChanged(QStringLiteral("org.freedesktop.appearance"),
+                          QStringLiteral("color-scheme"), QDBusVariant(scheme));
+}
+
+void StandInPortal::answer()
+{
+    m_holds = false;
+    for (const QDBusMessage &question : std::as_const(m_held))
+        m_bus.send(question.createReply(
+            QVariant::fromValue(QDBusVariant(QVariant::fromValue(QDBusVariant(m_scheme))))));
+    m_held.clear();
+}
+
+QDBusVariant StandInPortal::Read(const QString &group, const QString &key)
+{
+    ++m_questions;
+    if (group != QStringLiteral("org.freedesktop.appearance")
+        || key != QStringLiteral("color-scheme")) {
+        sendErrorReply(QStringLiteral("org.freedesktop.portal.Error.NotFound"),
+                       QStringLiteral("no such setting"));
+        return {};
+    }
+    if (m_holds) {
+        setDelayedReply(true);
+        m_held.append(message());
+        return {};
+    }
+    // This method of the portal wraps its answer twice.
+    return QDBusVariant(QVariant::fromValue(QDBusVariant(m_scheme)));
+}

@@ -1,0 +1,70 @@
+#pragma once
+
+#include "browse/ContentView.h"
+#include "support/HttpServer.h"
+
+#include <QAbstractButton>
+#include <QDateTime>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTest>
+#include <memory>
+
+/// Ways for a test to meet the window as a person does: by what is visible and how it is named.
+namespace WindowTest {
+
+/// One row of the events reply. `days` from now; `more` adds to or replaces its members.
+inline QJsonObject row(const QString &id, int days, const QJsonObject &more = {})
+{
+    const QDateTime start = QDateTime::currentDateTimeUtc().addDays(days);
+    QJsonObject object{
+        {QStringLiteral("id"), id},
+        {QStringLiteral("titre"), id},
+        {QStringLiteral("starts_at"),
+         start.toString(QStringLiteral("yyyy-MM-ddTHH:mm:ss.zzz000+00:00"))},
+    };
+    for (auto it = more.begin(); it != more.end(); ++it)
+        object.insert(it.key(), it.value());
+    return object;
+}
+
+inline HttpAnswer reply(const QJsonArray &rows)
+{
+    return HttpAnswer::whole(200, QJsonDocument(rows).toJson(QJsonDocument::Compact),
+                             {{"Content-Type", "application/json; charset=utf-8"}});
+}
+
+/// The visible widget with this accessible name, or null.
+inline QWidget *named(const QWidget *within, const QString &name)
+{
+    const auto widgets = within->findChildren<QWidget *>();
+    for (QWidget *widget : widgets) {
+        if (widget->isVisible() && widget->accessibleName() == name)
+            return widget;
+    }
+    return nullptr;
+}
+
+/// The visible button with this text or accessible name, or null.
+inline QAbstractButton *button(const QWidget *within, const QString &name)
+{
+    const auto buttons = within->findChildren<QAbstractButton *>();
+    for (QAbstractButton *candidate : buttons) {
+        if (candidate->isVisible()
+            && (candidate->text() == name || candidate->accessibleName() == name))
+            return candidate;
+    }
+    return nullptr;
+}
+
+inline std::unique_ptr<ContentView> shownWindow()
+{
+    auto window = std::make_unique<ContentView>();
+    window->resize(760, 620);
+    window->show();
+    window->activateWindow();
+    return QTest::qWaitForWindowActive(window.get()) ? std::move(window) : nullptr;
+}
+
+} // namespace WindowTest

@@ -1,0 +1,215 @@
+// Signing in, up and out, and what is remembered of it.
+
+#include "account/CredentialsStore.h"
+#include "support/Await.h"
+#include "support/HttpServer.h"
+#include "support/LocalBackend.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// {"sub":"moi"}, and claims of 24 and 22 letters: without padding, and short of two.
+constexpr auto token = "e30.eyJzdWIiOiJtb2kifQ.x";
+constexpr auto token24 = "e30.eyJzdWIiOiJtb2kxMjM0NSJ9.x";
+
+// What a listener sees at each posting.
+struct Seen {
+    QString name;
+    Session session;
+    bool isRemembered;
+};
+
+} // namespace
+
+class TestBackendAccount : public QObject {
+    Q_OBJECT
+
+    std::unique_ptr<HttpServer> m_server;
+    std::unique_ptr<LocalBackend> m_backend;
+    QList<Seen> m_seen;
+
+    QString signedIn(const HttpAnswer &answer, bool isNew = false)
+    {
+        m_server->answer(answer);
+        return outcomeOf(isNew ? m_backend->signUp(u" A@b.fr"_s, u"mot de passe"_s)
+                               : m_backend->signIn(u" A@b.fr"_s, u"mot de passe"_s))
+            .failure();
+    }
+
+    std::optional<Credentials> remembered() const
+    {
+        return CredentialsStore::loadCredentials(m_backend->defaults);
+    }
+
+    static Session session(const char *accessToken, const char *userId, const char *email)
+    {
+        return {QString::fromUtf8(accessToken), QString::fromUtf8(userId),
+                QString::fromUtf8(email)};
+    }
+
+private Q_SLOTS:
+    void init()
+    {
+        m_server = std::make_unique<HttpServer>();
+        m_backend = std::make_unique<LocalBackend>(Configuration{m_server->base(), u"clef"_s});
+        m_seen.clear();
+        connect(&m_backend->center, &NotificationCenter::posted, m_backend.get(),
+                [this](const QString &name) {
+                    m_seen.append({name, m_backend->session(), remembered().has_value()});
+                });
+    }
+
+    void everybodyStartsSignedOut()
+    {
+        QCOMPARE(m_backend->session(), Session());
+        QVERIFY(m_seen.isEmpty());
+    }
+
+    void aSignInGoesOutAsTold_data()
+    {
+        QTest::addColumn<bool>("isNew");
+        QTest::addColumn<QByteArray>("target");
+        QTest::newRow("sign in") << false << QByteArray("/auth/v1/token?grant_type=password");
+        QTest::newRow("sign up") << true << QByteArray("/auth/v1/signup");
+    }
+
+    void aSignInGoesOutAsTold()
+    {
+        QFETCH(bool, isNew);
+        QFETCH(QByteArray, target);
+        QCOMPARE(signedIn(HttpAnswer::whole(200, "{\"access_token\":\"t\"}"), isNew), QString());
+        QCOMPARE(m_server->requests().size(), 1);
+        const HttpRequest &request = m_server->requests().constFirst();
+        QCOMPARE(request.method, "POST");
+        QCOMPARE(request.target, target);
+        QCOMPARE(request.header("apikey"), "clef");
+        QCOMPARE(request.header("Content-Type"), "application/json");
+        QCOMPARE(request.header("Accept"), "application/json");
+        QVERIFY(request.header("Authorization").isNull());
+        QVERIFY(request.header("Prefer").isNull());
+        const QJsonObject sent{{u"email"_s, u" A@b.fr"_s}, {u"password"_s, u"mot de passe"_s}};
+        QCOMPARE(QJsonDocument::fromJson(request.body).object(), sent);
+    }
+
+    void aMemberWhoSignsInAgainStillSendsNoToken()
+    {
+        QCOMPARE(signedIn(HttpAnswer::whole(200, "{\"access_token\":\"t\"}")), QString());
+        QCOMPARE(signedIn(HttpAnswer::whole(200, "{\"access_token\":\"t\"}")), QString());
+        QVERIFY(m_server->requests().at(1).header("Authorization").isNull());
+    }
+
+    void aSuccessBeginsASession_data()
+    {
+        QTest::addColumn<QByteArray>("body");
+        QTest::addColumn<Session>("begun");
+        const QByteArray t(token);
+        QTest::newRow("token and user") << QByteArray(
+            "{\"access_token\":\"t\",\"token_type\":\"bearer\",\"user\":{\"id\":\"u\","
+            "\"email\":\"e@f\"}}") << session("t", "u", "e@f");
+        QTest::newRow("user without an address")
+            << QByteArray("{\"access_token\":\"t\",\"user\":{\"id\":\"u\",\"email\":null}}")
+            << session("t", "u", " A@b.fr");
+        QTest::newRow("the user's identifier before the token's")
+            << QByteArray("{\"access_token\":\"" + t + "\",\"user\":{\"id\":\"u\"}}")
+            << session(token, "u", " A@b.fr");
+        QTest::newRow("no user, the token says who")
+            << QByteArray("{\"access_token\":\"" + t + "\"}") << session(token, "moi", " A@b.fr");
+        QTest::newRow("claims that need no padding")
+            << QByteArray("{\"access_token\":\"" + QByteArray(token24) + "\",\"user\":null}")
+            << session(token24, "moi12345", " A@b.fr");
+        QTest::newRow("a token without a dot") << QByteArray("{\"access_token\":\"t\"}")
+                                               << Session{u"t"_s, std::nullopt, u" A@b.fr"_s};
+        QTest::newRow("claims that are none") << QByteArray("{\"access_token\":\"a.!!.c\"}")
+                                              << Session{u"a.!!.c"_s, std::nullopt, u" A@b.fr"_s};
+        QTest::newRow("an empty token")
+            << QByteArray("{\"access_token\":\"\"}") << Session{u""_s, std::nullopt, u" A@b.fr"_s};
+    }
+
+    void aSuccessBeginsASession()
+    {
+        QFETCH(QByteArray, body);
+        QFETCH(Session, begun);
+        for (const bool isNew : {false, true}) {
+            init();
+            QCOMPARE(signedIn(HttpAnswer::whole(200, body), isNew), QString());
+            QCOMPARE(m_backend->session(), begun);
+            QCOMPARE(m_seen.size(), 1);
+            QCOMPARE(m_seen.constFirst().name, u"SupabaseAuthChanged"_s);
+            QCOMPARE(m_seen.constFirst().session, begun);
+            QCOMPARE(remembered(), (Credentials{u" A@b.fr"_s, u"mot de passe"_s}));
+        }
+    }
+
+    void theRecordIsSavedAfterThePosting()
+    {
+        QCOMPARE(signedIn(HttpAnswer::whole(200, "{\"access_token\":\"t\"}")), QString());
+        QVERIFY(!m_seen.constFirst().isRemembered);
+        QVERIFY(remembered());
+    }
+
+    void aSignInWithoutATokenSignsOut()
+    {
+        QCOMPARE(signedIn(HttpAnswer::whole(200, "{\"access_token\":\"t\"}")), QString());
+        QCOMPARE(signedIn(HttpAnswer::whole(200, "{}")), QString());
+        QCOMPARE(m_backend->session(), (Session{std::nullopt, std::nullopt, u" A@b.fr"_s}));
+        QCOMPARE(m_seen.size(), 2);
+        QVERIFY(remembered());
+    }
+
+    void aSignInWithoutATokenStillTakesTheUser()
+    {
+        QCOMPARE(signedIn(HttpAnswer::whole(200, "{\"user\":{\"id\":\"u\",\"email\":\"e\"}}")),
+                 QString());
+        QCOMPARE(m_backend->session(), (Session{std::nullopt, u"u"_s, u"e"_s}));
+    }
+
+    void aSignOutEndsTheSessionAndKeepsTheRecord()
+    {
+        QCOMPARE(signedIn(HttpAnswer::whole(200, "{\"access_token\":\"t\"}")), QString());
+        m_seen.clear();
+        m_backend->signOut();
+        QCOMPARE(m_backend->session(), Session());
+        QCOMPARE(m_seen.size(), 1);
+        QCOMPARE(m_seen.constFirst().session, Session());
+        QVERIFY(remembered());
+        QCOMPARE(m_server->requests().size(), 1);
+    }
+
+    void aSignOutWhileSignedOutIsStillAnnounced()
+    {
+        m_backend->signOut();
+        QCOMPARE(m_seen.size(), 1);
+        QCOMPARE(m_seen.constFirst().name, u"SupabaseAuthChanged"_s);
+    }
+
+    void forgettingTheRecordKeepsTheSession()
+    {
+        QCOMPARE(signedIn(HttpAnswer::whole(200, "{\"access_token\":\"t\"}")), QString());
+        m_seen.clear();
+        m_backend->clearSavedCredentials();
+        QVERIFY(!remembered());
+        QCOMPARE(m_backend->session().accessToken, u"t"_s);
+        QCOMPARE(m_seen.size(), 1);
+        QCOMPARE(m_seen.constFirst().name, u"SupabaseAuthChanged"_s);
+        QVERIFY(!m_seen.constFirst().isRemembered);
+    }
+
+    void onceSignedInAMemberReadsWithTheToken()
+    {
+        QCOMPARE(signedIn(HttpAnswer::whole(200, "{\"access_token\":\"jeton\"}")), QString());
+        m_server->answer(HttpAnswer::whole(200, "[]"));
+        QCOMPARE(outcomeOf(m_backend->fetchEvents()).failure(), QString());
+        QCOMPARE(m_server->requests().at(1).header("Authorization"), "Bearer jeton");
+        m_backend->signOut();
+        QCOMPARE(outcomeOf(m_backend->fetchEvents()).failure(), QString());
+        QCOMPARE(m_server->requests().at(2).header("Authorization"), "Bearer clef");
+    }
+};
+
+QTEST_GUILESS_MAIN(TestBackendAccount)
+#include "test_backend_account.moc"

@@ -1,0 +1,151 @@
+// What is said when no whole reply comes.
+
+#include "backend/TransportError.h"
+#include "support/Await.h"
+#include "support/HttpServer.h"
+#include "support/LocalBackend.h"
+
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr auto rows = R"([{"id": "1", "titre": "Fête"}, {"id": "2", "titre": "Bal"}])";
+
+Limits impatient()
+{
+    Limits limits;
+    limits.silence = std::chrono::seconds(1);
+    return limits;
+}
+
+} // namespace
+
+class TestBackendFailures : public QObject {
+    Q_OBJECT
+
+    Outcome<QList<Event>> fetch(const QString &base, const Limits &limits = {})
+    {
+        LocalBackend backend({base, u"jeton-secret"_s}, limits);
+        auto outcome = outcomeOf(backend.fetchEvents());
+        return outcome;
+    }
+
+    Outcome<QList<Event>> fetchAnswered(const HttpAnswer &answer, const Limits &limits = {})
+    {
+        HttpServer server;
+        server.answer(answer);
+        return fetch(server.base(), limits);
+    }
+
+private Q_SLOTS:
+    void aBrokenReplyIsAFailureOfTheTransport_data()
+    {
+        QTest::addColumn<HttpAnswer>("answer");
+        QTest::addColumn<QString>("text");
+
+        const QString lost = u"The connection was lost before the reply was complete."_s;
+        QTest::newRow("cut") << HttpAnswer::cut(200, rows, 5000) << lost;
+        QTest::newRow("cut, though readable") << HttpAnswer::cut(200, "[]", 100) << lost;
+        QTest::newRow("an error cut") << HttpAnswer::cut(404, "{}", 100) << lost;
+        QTest::newRow("within the head")
+            << HttpAnswer::raw("HTTP/1.1 200 OK\r\nContent-Le").thenFin() << lost;
+        QTest::newRow("no HTTP") << HttpAnswer::raw("SSH-2.0-OpenSSH_9.2\r\n\r\n") << lost;
+        QTest::newRow("a bare list") << HttpAnswer::raw("[]\r\n\r\n").thenFin() << lost;
+        QTest::newRow("no status")
+            << HttpAnswer::raw("HTTP/1.1 OK\r\nContent-Length: 2\r\n\r\n[]").thenFin() << lost;
+        QTest::newRow("torn down in the body")
+            << HttpAnswer::raw("HTTP/1.1 200 OK\r\nContent-Length: 99\r\n\r\n[").thenRst() << lost;
+        QTest::newRow("ended at once") << HttpAnswer::fin() << lost;
+        QTest::newRow("torn down at once") << HttpAnswer::rst() << lost;
+        QTest::newRow("silent") << HttpAnswer::silence()
+                                << u"The server did not answer for 1 seconds."_s;
+        QTest::newRow("silent in the body")
+            << HttpAnswer::raw("HTTP/1.1 200 OK\r\nContent-Length: 99\r\n\r\n[")
+            << u"The server did not answer for 1 seconds."_s;
+    }
+
+    void aBrokenReplyIsAFailureOfTheTransport()
+    {
+        QFETCH(HttpAnswer, answer);
+        QFETCH(QString, text);
+        const auto outcome = fetchAnswered(answer, impatient());
+        QCOMPARE(outcome.failure(), text);
+        QVERIFY(outcome.errorAs<TransportError>() != nullptr);
+    }
+
+    void aReplyThatSaysNotModifiedHasNoBodyToMiss()
+    {
+        const auto outcome = fetchAnswered(
+            HttpAnswer::raw("HTTP/1.1 304 Not Modified\r\nContent-Length: 9\r\n\r\n"), impatient());
+        QCOMPARE(outcome.failure(), u"HTTP 304"_s);
+    }
+
+    void aClosedPortRefuses()
+    {
+        HttpServer server;
+        const QString base = server.base();
+        server.close();
+        const auto outcome = fetch(base);
+        QCOMPARE(outcome.failure(), u"The server \"127.0.0.1\" refused the connection."_s);
+        QVERIFY(outcome.errorAs<TransportError>() != nullptr);
+    }
+
+    void aHostThatDoesNotExistCannotBeFound()
+    {
+        const auto outcome = fetch(u"http://nowhere.invalid"_s);
+        QCOMPARE(outcome.failure(), u"The server \"nowhere.invalid\" cannot be found."_s);
+        QVERIFY(outcome.errorAs<TransportError>() != nullptr);
+    }
+
+    void aBackendThatGoesEndsWhatIsOnItsWay()
+    {
+        HttpServer server;
+        server.answer(HttpAnswer::silence());
+        Outcome<QList<Event>> outcome;
+        QCoro::Task<void> noting;
+        {
+            LocalBackend backend({server.base(), u"k"_s});
+            noting = note(backend.fetchEvents(), outcome);
+            QTRY_COMPARE(server.requests().size(), 1);
+            QVERIFY(!outcome.isOver());
+        }
+        QVERIFY(outcome.errorAs<TransportError>() != nullptr);
+        QCOMPARE(outcome.failure(),
+                 u"The request was given up because the application is closing."_s);
+    }
+
+    void aReplyOverTheLimitIsGivenUp_data()
+    {
+        QTest::addColumn<HttpAnswer>("answer");
+        const QByteArray large(2 * 1024 * 1024 + 1, ' ');
+        QTest::newRow("announced")
+            << HttpAnswer::raw("HTTP/1.1 200 OK\r\nContent-Length: 999999999999\r\n\r\n[");
+        QTest::newRow("sent") << HttpAnswer::whole(200, large);
+        QTest::newRow("sent in chunks") << HttpAnswer::chunked(200, {large});
+        QTest::newRow("an error") << HttpAnswer::whole(500, large);
+    }
+
+    void aReplyOverTheLimitIsGivenUp()
+    {
+        QFETCH(HttpAnswer, answer);
+        Limits limits;
+        limits.largestReply = 2 * 1024 * 1024;
+        const auto outcome = fetchAnswered(answer, limits);
+        QCOMPARE(outcome.failure(), u"The reply was given up: it is larger than 2 MiB."_s);
+        QVERIFY(outcome.errorAs<TransportError>() != nullptr);
+    }
+
+    void aReplyOfTheLimitIsTaken()
+    {
+        Limits limits;
+        limits.largestReply = 1024;
+        const auto outcome =
+            fetchAnswered(HttpAnswer::whole(200, QByteArray("[]").leftJustified(1024)), limits);
+        QCOMPARE(outcome.failure(), QString());
+    }
+};
+
+QTEST_GUILESS_MAIN(TestBackendFailures)
+#include "test_backend_failures.moc"

@@ -1,0 +1,147 @@
+// What the backend does off the main thread.
+
+#include "backend/DecodeOnWorker.h"
+#include "backend/SupabaseError.h"
+#include "backend/TransportError.h"
+#include "support/Await.h"
+#include "support/EventLoopChecker.h"
+
+#include <QSemaphore>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <atomic>
+#include <thread>
+
+using namespace Qt::StringLiterals;
+
+class TestBackendWorker : public QObject {
+    Q_OBJECT
+
+    QTemporaryDir m_folder;
+    QString path() const { return m_folder.filePath(u"reply.json"_s); }
+
+private Q_SLOTS:
+    void aJobRunsElsewhereAndItsEndIsToldHere()
+    {
+        Worker worker;
+        WaitingRoom room;
+        std::thread::id ran;
+        const auto outcome =
+            outcomeOf(onWorker(worker, room, [&ran] { ran = std::this_thread::get_id(); }));
+        QVERIFY(outcome.value);
+        QVERIFY(ran != std::thread::id() && ran != std::this_thread::get_id());
+    }
+
+    void eventsAreDecodedWhileTheEventLoopTurns()
+    {
+        QByteArray body = "[";
+        for (int i = 0; i < 20000; ++i)
+            body +=
+                "{\"id\":\"" + QByteArray::number(i) + "\",\"titre\":\"Bal\",\"tags\":[\"a\"]},";
+        body.back() = ']';
+        Worker worker;
+        WaitingRoom room;
+        const EventLoopChecker checker;
+        const auto outcome = outcomeOf(decodeOnWorker(worker, room, body, path()));
+        QCOMPARE(outcome.failure(), QString());
+        QCOMPARE(outcome.value->size(), 20000);
+        QCOMPARE(outcome.value->last().id, u"19999"_s);
+        QVERIFY(checker.ticks() > 0);
+    }
+
+    void manyDecodingsMayWaitAtOnce()
+    {
+        Worker worker;
+        WaitingRoom room;
+        std::vector<Outcome<QList<Event>>> outcomes(50);
+        std::vector<QCoro::Task<void>> notes;
+        for (auto &outcome : outcomes)
+            notes.push_back(note(decodeOnWorker(worker, room, "[]", path()), outcome));
+        for (const auto &outcome : outcomes)
+            QTRY_VERIFY(outcome.value && outcome.value->isEmpty());
+    }
+
+    void whatCannotBeDecodedIsLeftBehind()
+    {
+        Worker worker;
+        WaitingRoom room;
+        const auto outcome = outcomeOf(decodeOnWorker(worker, room, "{\"a\":1}", path()));
+        const auto *const error = outcome.errorAs<SupabaseError>();
+        QVERIFY(error != nullptr);
+        QCOMPARE(error->kind(), SupabaseError::Case::decodingFailed);
+        QFile file(path());
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QCOMPARE(file.readAll(), "{\"a\":1}");
+    }
+
+    void whoeverWaitsWhenTheRoomClosesGoesOnWithAnError()
+    {
+        QSemaphore gate;
+        std::atomic<bool> hasEnded = false;
+        Outcome<void> outcome;
+        QCoro::Task<void> noting;
+        {
+            Worker worker;
+            WaitingRoom room;
+            noting = note(onWorker(worker, room,
+                                   [&] {
+                                       gate.acquire();
+                                       hasEnded = true;
+                                   }),
+                          outcome);
+            QVERIFY(!outcome.isOver());
+            room.close();
+            QVERIFY(outcome.errorAs<TransportError>() != nullptr);
+            gate.release();
+        }
+        QVERIFY(hasEnded);
+    }
+
+    void whoeverComesToAClosedRoomIsSentAway()
+    {
+        Worker worker;
+        WaitingRoom room;
+        room.close();
+        std::atomic<bool> hasRun = false;
+        const auto outcome = outcomeOf(onWorker(worker, room, [&hasRun] { hasRun = true; }));
+        QVERIFY(outcome.errorAs<TransportError>() != nullptr);
+        QVERIFY(!hasRun);
+    }
+
+    void aWaitEndsOnce()
+    {
+        WaitingRoom room;
+        Outcome<void> outcome;
+        std::function<void()> wake;
+        int ends = 0;
+        const auto waiting = [&]() -> QCoro::Task<void> {
+            WaitingRoom::Seat seat(room);
+            wake = seat.wake();
+            co_await seat;
+            ++ends;
+        };
+        const auto noting = note(waiting(), outcome);
+        QVERIFY(!outcome.isOver());
+        wake();
+        QVERIFY(outcome.value);
+        wake();
+        room.close();
+        QCOMPARE(ends, 1);
+    }
+
+    void aWaitThatIsOverAlreadyIsNone()
+    {
+        WaitingRoom room;
+        const auto waiting = [&room]() -> QCoro::Task<void> {
+            WaitingRoom::Seat seat(room);
+            seat.wake()();
+            co_await seat;
+        };
+        const auto task = waiting();
+        QVERIFY(task.isReady());
+    }
+};
+
+QTEST_GUILESS_MAIN(TestBackendWorker)
+#include "test_backend_worker.moc"
