@@ -1,0 +1,1 @@
+amorvelle_add_bench(bench_decode LINKS model simdjson::simdjson Qt6::Core)
