@@ -226,6 +226,11 @@ QColor cardShadow(const QPalette &palette)
     return in(palette, {black, 20, black, 50});
 }
 
+QColor popupShadow(const QPalette &palette)
+{
+    return in(palette, {black, 22, black, 56});
+}
+
 QColor scrollThumb(const QPalette &palette)
 {
     return in(palette, {black, 18, white, 20});

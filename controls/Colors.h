@@ -46,6 +46,7 @@ QColor segmentFill(const QPalette &palette); ///< the chosen segment
 QColor dim(const QPalette &palette); ///< over a window behind a sheet
 QColor cardEdge(const QPalette &palette);
 QColor cardShadow(const QPalette &palette);
+QColor popupShadow(const QPalette &palette); ///< menus, popover
 QColor scrollThumb(const QPalette &palette);
 QColor spinnerTrack(const QPalette &palette);
 

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QLineEdit>
+
+/// A one-line entry field. Return does nothing in it: no form is sent by a key that people press to
+/// go on. Its accessible name is its prompt until it is given another.
+class TextField : public QLineEdit {
+    Q_OBJECT
+
+public:
+    /// `prompt` is shown while the field is empty.
+    explicit TextField(const QString &prompt, QWidget *parent = nullptr);
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
+protected:
+    void initStyleOption(QStyleOptionFrame *option) const override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+};
