@@ -72,6 +72,7 @@ private Q_SLOTS:
     void onAShortScreenTheFieldsScrollUnderHeadingAndButtons();
     void theFocusedFieldScrollsIntoSight();
     void theWheelOverAPickerScrollsTheForm();
+    void theDayIsWrittenAsTheUserWritesDays();
     void aDayOfLongAgoIsNotTouched();
     void enormousTextsOpenInASheetOfTheUsualSize();
     void textsAreShownAsTheyAre();
@@ -449,6 +450,18 @@ void TestAddEventView::theWheelOverAPickerScrollsTheForm()
     QCOMPARE(form.named<DateField>(u"Date"_s)->text(), u"14/06/2026"_s);
     QCOMPARE(form.named<TimeField>(u"Heure"_s)->text(), u"18:30"_s);
     QCOMPARE(form.named<PopupLabel>(u"Organisé par"_s)->label(), u"La Grange"_s);
+}
+
+void TestAddEventView::theDayIsWrittenAsTheUserWritesDays()
+{
+    const QByteArray all = qgetenv("LC_ALL");
+    qunsetenv("LC_ALL");
+    qputenv("LC_TIME", "fa_IR.UTF-8");
+    const Form form(fullEvent());
+    qputenv("LC_ALL", all);
+    qunsetenv("LC_TIME");
+    QCOMPARE(form.named<DateField>(u"Date"_s)->text(), u"۲۰۲۶/۰۶/۱۴"_s);
+    QCOMPARE(form.named<TimeField>(u"Heure"_s)->text(), u"۱۸:۳۰"_s);
 }
 
 void TestAddEventView::aDayOfLongAgoIsNotTouched()

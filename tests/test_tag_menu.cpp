@@ -192,7 +192,7 @@ void TestTagMenu::theOwnerDecidesWhatIsShown()
     TagSet told;
     connect(&picker, &TagMenuView::selectionChanged, &picker,
             [&told](const TagSet &changed) { told = changed; });
-    picker.menu()->actions().first()->trigger();
+    picker.menu()->actions().constFirst()->trigger();
     QCOMPARE(told.sorted(), (QStringList{u"Repas"_s, u"Sport"_s}));
     QCOMPARE(picker.label(), u"Repas"_s);
 }
