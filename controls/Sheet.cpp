@@ -195,11 +195,13 @@ void Sheet::paintEvent(QPaintEvent *event)
     painter.setRenderHint(QPainter::Antialiasing);
     if (m_composited) {
         // Not for what changes within the card, a blinking cursor say.
-        if (!card.contains(event->rect()))
+        if (!card.contains(event->rect())) {
+            // The edge lies around the card, beneath its shadow, which takes the glare off a light
+            // one.
+            painter.fillPath(cardPath(outer, radius + edge).subtracted(cardPath(card, radius)),
+                             cardEdge(palette()));
             paintShadow(painter, card, shadow());
-        // The edge lies around the card, over its shadow.
-        painter.fillPath(cardPath(outer, radius + edge).subtracted(cardPath(card, radius)),
-                         cardEdge(palette()));
+        }
         painter.fillPath(cardPath(card, radius), windowColor(palette()));
     } else {
         painter.fillRect(rect(), windowColor(palette()));
