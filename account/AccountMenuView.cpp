@@ -33,7 +33,10 @@ SecondaryButton *addButton(QVBoxLayout *column, const QString &text,
 {
     auto *menu = column->parentWidget();
     auto *button = new SecondaryButton(text, menu);
-    QObject::connect(button, &QPushButton::clicked, menu, [action] { action(); });
+    QObject::connect(button, &QPushButton::clicked, menu, [action] {
+        if (action)
+            action();
+    });
     column->addWidget(button, 0, Qt::AlignLeft);
     return button;
 }

@@ -85,6 +85,8 @@ void Sheet::setHeader(QWidget *header)
 {
     m_header = header;
     header->setParent(this);
+    // Screen readers go by this order, in which the body is older.
+    header->lower();
     watch(header);
 }
 
