@@ -7,6 +7,7 @@
 #include "controls/Shadow.h"
 #include "controls/SheetBody.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QKeyEvent>
 #include <QLayout>
@@ -178,6 +179,9 @@ void Sheet::hideEvent(QHideEvent *event)
         return;
     m_isOpen = false;
     delete m_dim;
+    // Most desktops do so by themselves; some leave the keyboard nowhere.
+    if (isActiveWindow() || !QApplication::activeWindow())
+        m_window->activateWindow();
     Q_EMIT closed();
 }
 

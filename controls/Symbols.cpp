@@ -30,6 +30,12 @@ QString fileName(Symbol symbol)
         return QStringLiteral("trash");
     case Symbol::ChevronDown:
         return QStringLiteral("chevron-down");
+    case Symbol::ChevronLeft:
+        return QStringLiteral("chevron-left");
+    case Symbol::ChevronRight:
+        return QStringLiteral("chevron-right");
+    case Symbol::Stepper:
+        return QStringLiteral("stepper");
     case Symbol::Checkmark:
         return QStringLiteral("checkmark");
     }

@@ -18,6 +18,9 @@ enum class Symbol {
     Pencil,
     Trash,
     ChevronDown,
+    ChevronLeft,
+    ChevronRight,
+    Stepper,
     Checkmark,
 };
 

@@ -172,6 +172,16 @@ Calendar Calendar::current()
     return last;
 }
 
+const QString &Calendar::localeName() const
+{
+    return m_shared->localeName;
+}
+
+const QString &Calendar::zoneName() const
+{
+    return m_shared->zoneName;
+}
+
 Instant Calendar::startOfDay(Instant instant) const
 {
     return m_shared->clock.whenLanding(midnight(m_shared->at(instant)));

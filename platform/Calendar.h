@@ -19,6 +19,10 @@ public:
     /// long as neither changes, all calls of a thread share their formatters.
     static Calendar current();
 
+    /// As they were given, the user's own among them: "fr_FR", "Europe/Paris".
+    const QString &localeName() const;
+    const QString &zoneName() const;
+
     /// The first instant of the day that holds `instant`; some days do not begin at 00:00.
     Instant startOfDay(Instant instant) const;
     /// The first instant of the month that holds `instant`, in the locale's own calendar.

@@ -1,0 +1,177 @@
+#include "controls/CalendarPopup.h"
+
+#include "controls/Colors.h"
+#include "controls/Compositing.h"
+#include "controls/Fonts.h"
+#include "controls/IconButton.h"
+#include "controls/Painting.h"
+#include "controls/PopupCard.h"
+#include "controls/PopupPlacement.h"
+#include "controls/TextLabel.h"
+
+#include <QCalendarWidget>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QScreen>
+#include <QTableView>
+#include <QTextCharFormat>
+#include <QVBoxLayout>
+
+namespace {
+
+constexpr int gapToAnchor = 4;
+constexpr int padding = 8;
+constexpr int spacing = 4;
+constexpr int cellWidth = 32;
+constexpr int cellHeight = 26;
+constexpr int cellRadius = 6;
+constexpr int weeksAndHeading = 7;
+
+} // namespace
+
+/// The toolkit's calendar without its own navigation, in the application's colours.
+class MonthView : public QCalendarWidget {
+public:
+    MonthView(const QLocale &locale, QWidget *parent)
+        : QCalendarWidget(parent)
+    {
+        setLocale(locale);
+        setFirstDayOfWeek(locale.firstDayOfWeek());
+        setNavigationBarVisible(false);
+        setVerticalHeaderFormat(NoVerticalHeader);
+        setHorizontalHeaderFormat(ShortDayNames);
+        setDateEditEnabled(false);
+        setFont(appFont(13));
+        // The columns share the width, however wide the toolkit would have them for its own font.
+        if (auto *table = findChild<QTableView *>())
+            table->horizontalHeader()->setMinimumSectionSize(1);
+        setFixedSize(7 * scaled(cellWidth), weeksAndHeading * scaled(cellHeight));
+    }
+
+    /// Takes over the colours of the palette as it is now.
+    void updateColors()
+    {
+        const QPalette &of = parentWidget()->palette();
+        QPalette colors;
+        colors.setColor(QPalette::Base, popupColor(of));
+        setPalette(colors);
+        QTextCharFormat days;
+        days.setForeground(secondaryText(of));
+        days.setBackground(popupColor(of));
+        days.setFont(appFont(11));
+        setHeaderTextFormat(days);
+        for (const auto day : {Qt::Saturday, Qt::Sunday})
+            setWeekdayTextFormat(day, days);
+    }
+
+protected:
+    void paintCell(QPainter *painter, const QRect &rect, QDate date) const override
+    {
+        const bool isSelected = date == selectedDate();
+        const bool isOfMonth = date.month() == monthShown() && date.year() == yearShown();
+        painter->fillRect(rect, popupColor(palette()));
+        if (isSelected)
+            fillRounded(*painter, rect, cellRadius, accent(palette()));
+        else if (date == QDate::currentDate())
+            strokeRounded(*painter, rect, cellRadius, accentInk(palette()));
+        painter->setFont(font());
+        if (isSelected)
+            painter->setPen(accentText(palette()));
+        else
+            painter->setPen(isOfMonth ? primaryText(palette()) : secondaryText(palette()));
+        painter->drawText(rect, Qt::AlignCenter, locale().toString(date.day()));
+    }
+};
+
+CalendarPopup::CalendarPopup(QWidget *anchor, const QLocale &locale)
+    : QWidget(anchor, Qt::Popup | Qt::FramelessWindowHint | Qt::NoDropShadowWindowHint)
+    , m_anchor(anchor)
+    , m_isComposited(isComposited())
+    , m_title(new TextLabel({}, appFont(13, QFont::DemiBold), primaryText, this))
+    , m_month(new MonthView(locale, this))
+{
+    setAttribute(Qt::WA_TranslucentBackground, m_isComposited);
+    setLocale(locale);
+    setAccessibleName(QStringLiteral("Calendrier"));
+    auto *previous =
+        new IconButton(Symbol::ChevronLeft, QStringLiteral("Mois précédent"), secondaryText, this);
+    auto *next =
+        new IconButton(Symbol::ChevronRight, QStringLiteral("Mois suivant"), secondaryText, this);
+    connect(previous, &QAbstractButton::clicked, m_month, &QCalendarWidget::showPreviousMonth);
+    connect(next, &QAbstractButton::clicked, m_month, &QCalendarWidget::showNextMonth);
+    connect(m_month, &QCalendarWidget::currentPageChanged, this, &CalendarPopup::showMonth);
+    connect(m_month, &QCalendarWidget::clicked, this, &CalendarPopup::choose);
+    connect(m_month, &QCalendarWidget::activated, this, &CalendarPopup::choose);
+
+    auto *heading = new QHBoxLayout;
+    heading->addSpacing(padding);
+    heading->addWidget(m_title, 1, Qt::AlignVCenter);
+    heading->addWidget(previous);
+    heading->addWidget(next);
+    auto *column = new QVBoxLayout(this);
+    column->setContentsMargins(popupMargins(m_isComposited)
+                               + QMargins(padding, padding, padding, padding));
+    column->setSpacing(spacing);
+    column->addLayout(heading);
+    column->addWidget(m_month);
+}
+
+void CalendarPopup::open(QDate day)
+{
+    m_month->updateColors();
+    m_month->setSelectedDate(day);
+    m_month->setCurrentPage(day.year(), day.month());
+    showMonth(day.year(), day.month());
+    const QMargins margins = popupMargins(m_isComposited);
+    const QRect anchor(m_anchor->mapToGlobal(QPoint()), m_anchor->size());
+    setGeometry(popupPlace(anchor, sizeHint().shrunkBy(margins), PopupAlignment::Left, gapToAnchor,
+                           m_anchor->screen()->availableGeometry())
+                    .marginsAdded(margins));
+    show();
+    m_month->setFocus(Qt::PopupFocusReason);
+}
+
+void CalendarPopup::keyPressEvent(QKeyEvent *event)
+{
+    if (event->matches(QKeySequence::Cancel))
+        close();
+    else
+        QWidget::keyPressEvent(event);
+}
+
+void CalendarPopup::mousePressEvent(QMouseEvent *event)
+{
+    // A press on what opened the calendar closes it; passed on, it would open it again.
+    const QPoint at = event->globalPosition().toPoint();
+    if (m_anchor->rect().contains(m_anchor->mapFromGlobal(at)))
+        setAttribute(Qt::WA_NoMouseReplay);
+    // What lies between the card and the end of its shadow is not the calendar for anybody.
+    const QRect card = rect().marginsRemoved(popupMargins(m_isComposited));
+    if (!card.contains(event->position().toPoint()))
+        close();
+}
+
+void CalendarPopup::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    paintPopupCard(painter, rect(), palette(), m_isComposited);
+}
+
+void CalendarPopup::choose(QDate day)
+{
+    // A double click chooses once.
+    if (!isVisible())
+        return;
+    close();
+    Q_EMIT chosen(day);
+}
+
+void CalendarPopup::showMonth(int year, int month)
+{
+    QString name = locale().standaloneMonthName(month);
+    name.replace(0, 1, locale().toUpper(name.first(1)));
+    m_title->setText(name + u' ' + QString::number(year));
+}

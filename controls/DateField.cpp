@@ -1,0 +1,94 @@
+#include "controls/DateField.h"
+
+#include "controls/Accessibility.h"
+#include "controls/CalendarPopup.h"
+#include "controls/DateOrder.h"
+#include "controls/EndOfComposition.h"
+#include "controls/FieldFrame.h"
+#include "controls/Fonts.h"
+#include "controls/PickerStyle.h"
+
+#include <QAbstractButton>
+#include <QKeyEvent>
+#include <QLineEdit>
+
+namespace {
+
+constexpr int fieldWidth = 124;
+constexpr int symbolSize = 14;
+
+/// The symbol of the field as something to press. The field paints it.
+class CalendarOpener final : public QAbstractButton, public Pressable {
+public:
+    explicit CalendarOpener(QWidget *parent)
+        : QAbstractButton(parent)
+    {
+        // The keyboard has keys of its own for it.
+        setFocusPolicy(Qt::NoFocus);
+        setCursor(Qt::ArrowCursor);
+        setAccessibleName(QStringLiteral("Calendrier"));
+        setAccessibleRole(this, QAccessible::ButtonMenu);
+    }
+
+    void press() override { click(); }
+
+protected:
+    void paintEvent(QPaintEvent *) override { }
+};
+
+} // namespace
+
+DateField::DateField(const QString &name, const QLocale &locale, QWidget *parent)
+    : QDateEdit(parent)
+    , m_calendar(new CalendarPopup(this, locale))
+{
+    setLocale(locale);
+    setDisplayFormat(dateInFigures(locale));
+    setMinimumDate(QDate(100, 1, 1)); // the toolkit knows none before
+    setButtonSymbols(NoButtons);
+    setFocusPolicy(Qt::StrongFocus);
+    setFont(appFont(13));
+    setAccessibleName(name);
+    setFixedSize(sizeHint());
+    addFieldRing(this);
+    new EndOfComposition(lineEdit());
+
+    auto *ownStyle = new PickerStyle(Symbol::Calendar, symbolSize);
+    ownStyle->setParent(this);
+    setStyle(ownStyle);
+    QPalette clear;
+    clear.setColor(QPalette::Base, Qt::transparent); // the field's fill has round corners
+    lineEdit()->setPalette(clear);
+
+    auto *opener = new CalendarOpener(this);
+    opener->setGeometry(PickerStyle::symbolArea(size()));
+    connect(opener, &QAbstractButton::clicked, this, &DateField::openCalendar);
+    connect(m_calendar, &CalendarPopup::chosen, this, &QDateEdit::setDate);
+}
+
+void DateField::openCalendar()
+{
+    m_calendar->open(date());
+}
+
+QSize DateField::sizeHint() const
+{
+    return {scaled(fieldWidth), fieldHeight()};
+}
+
+void DateField::keyPressEvent(QKeyEvent *event)
+{
+    const bool isAltDown = event->key() == Qt::Key_Down && event->modifiers() & Qt::AltModifier;
+    if (isAltDown || event->key() == Qt::Key_F4)
+        openCalendar();
+    else
+        QDateEdit::keyPressEvent(event);
+}
+
+void DateField::wheelEvent(QWheelEvent *event)
+{
+    if (hasFocus())
+        QDateEdit::wheelEvent(event);
+    else
+        event->ignore();
+}

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "controls/Symbols.h"
+
+#include <QCommonStyle>
+
+/// Draws a spin box as an entry field with a symbol at its right end. Where the spin box has
+/// buttons, the upper and the lower half of the symbol are they.
+class PickerStyle : public QCommonStyle {
+    Q_OBJECT
+
+public:
+    PickerStyle(Symbol symbol, int symbolSize);
+
+    /// Where the symbol takes the mouse, within a field of this size.
+    static QRect symbolArea(const QSize &field);
+
+    QRect subControlRect(ComplexControl control, const QStyleOptionComplex *option, SubControl part,
+                         const QWidget *widget) const override;
+    void drawComplexControl(ComplexControl control, const QStyleOptionComplex *option,
+                            QPainter *painter, const QWidget *widget) const override;
+
+private:
+    Symbol m_symbol;
+    int m_symbolSize;
+};

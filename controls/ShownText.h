@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QString>
+
+/// A text as an entry field can hold it, and what becomes of the whole text when the person changes
+/// what the field holds. A field knows one kind of line break and takes seconds to lay out a text
+/// beyond any page; what is changed nowhere must still be kept letter by letter.
+class ShownText {
+public:
+    /// Of a text of more than `most` code units the beginning is shown, and a mark for the rest.
+    explicit ShownText(const QString &whole = {}, qsizetype most = mostShown);
+
+    const QString &whole() const { return m_whole; }
+    /// To be given to the field: bounded, its line breaks all "\n".
+    const QString &shown() const { return m_shown; }
+
+    /// The whole text with the change that turns what is shown into `now`. The mark stands for the
+    /// rest: it goes when the mark is deleted.
+    QString wholeAfter(const QString &now) const;
+
+    static constexpr qsizetype mostShown = 20'000;
+    static constexpr QChar mark{0x2026};
+
+private:
+    qsizetype indexInWhole(qsizetype shownIndex) const;
+
+    QString m_whole;
+    QString m_shown;
+    bool m_isCut = false;
+};

@@ -1,0 +1,155 @@
+#include "editor/AddEventView.h"
+
+#include "app/ButtonStyles.h"
+#include "backend/LocalizedError.h"
+#include "backend/SupabaseClient.h"
+#include "controls/Accessibility.h"
+#include "controls/ErrorText.h"
+#include "controls/Fonts.h"
+#include "controls/TextLabel.h"
+#include "editor/EventFormBody.h"
+
+#include <QApplication>
+#include <QDateTime>
+#include <QEventLoopLocker>
+#include <QHBoxLayout>
+#include <QVBoxLayout>
+
+namespace {
+
+constexpr int cardWidth = 460;
+constexpr int padding = 20;
+constexpr int errorSpacing = 10;
+constexpr int buttonSpacing = 2; ///< above the buttons, besides what stands above
+constexpr int mostErrorLines = 4;
+
+Instant now()
+{
+    return {QDateTime::currentMSecsSinceEpoch()};
+}
+
+} // namespace
+
+AddEventView::AddEventView(const std::optional<Event> &existingEvent, const Completion &onCreated,
+                           QWidget *over)
+    : Sheet(cardWidth, over)
+    , m_existingEvent(existingEvent)
+    , m_onCreated(onCreated)
+    , m_calendar(Calendar::current())
+    , m_initial(initialForm(existingEvent, SupabaseClient::session().userEmail, now()))
+    , m_body(new EventFormBody(m_initial, m_calendar))
+{
+    connect(m_body, &EventFormBody::edited, this, &AddEventView::render);
+    setHeader(makeHeader());
+    setBody(m_body);
+    setFooter(makeFooter());
+    setInitialFocus(m_body->titleField());
+    render();
+}
+
+QWidget *AddEventView::makeHeader()
+{
+    const QString title = m_existingEvent ? QStringLiteral("Modifier l'événement")
+                                          : QStringLiteral("Ajouter un événement");
+    setAccessibleName(title);
+    auto *header = new QWidget;
+    auto *heading = new TextLabel(title, appFont(20, QFont::DemiBold));
+    setAccessibleRole(heading, QAccessible::Heading);
+    auto *column = new QVBoxLayout(header);
+    column->setContentsMargins(padding, padding, padding, 0);
+    column->addWidget(heading);
+    return header;
+}
+
+QWidget *AddEventView::makeFooter()
+{
+    m_error = new ErrorText;
+    m_error->setMaximumLines(mostErrorLines);
+    m_errorRow = new QWidget;
+    auto *errorColumn = new QVBoxLayout(m_errorRow);
+    errorColumn->setContentsMargins(0, 0, 0, errorSpacing);
+    errorColumn->addWidget(m_error);
+
+    auto *cancel = new SecondaryButton(QStringLiteral("Annuler"));
+    connect(cancel, &QPushButton::clicked, this, &QWidget::close);
+    m_save = new PrimaryButton(m_existingEvent ? QStringLiteral("Enregistrer")
+                                               : QStringLiteral("Créer"));
+    connect(m_save, &QPushButton::clicked, this, &AddEventView::submit);
+    auto *buttons = new QHBoxLayout;
+    buttons->setContentsMargins(0, buttonSpacing, 0, 0);
+    buttons->addWidget(cancel);
+    buttons->addStretch();
+    buttons->addWidget(m_save);
+
+    auto *footer = new QWidget;
+    auto *column = new QVBoxLayout(footer);
+    column->setContentsMargins(padding, 0, padding, padding);
+    column->setSpacing(0);
+    column->addWidget(m_errorRow);
+    column->addLayout(buttons);
+    return footer;
+}
+
+void AddEventView::submit()
+{
+    if (m_state.isSubmitting || !isComplete(m_body->form()))
+        return;
+    m_state = {.isSubmitting = true, .errorMessage = {}};
+    // A button that is disabled hands the focus to the next field, which may not even be in sight.
+    m_hadFocusToSave = m_save->hasFocus();
+    if (m_hadFocusToSave)
+        setFocus(Qt::OtherFocusReason);
+    render();
+
+    const QString id = m_existingEvent ? m_existingEvent->id : freshIdentifier();
+    std::optional<QString> existingId;
+    if (m_existingEvent)
+        existingId = id;
+    // Runs on by itself; nothing is thrown out of it.
+    const auto task = save(
+        this, existingId,
+        payloadOf(m_body->form(), id, SupabaseClient::session().userId, m_calendar), m_onCreated);
+}
+
+QCoro::Task<void> AddEventView::save(QPointer<AddEventView> view, std::optional<QString> existingId,
+                                     EventCreatePayload payload, Completion onCreated)
+{
+    // What was begun is ended before the program is: the last window may close meanwhile. (Where
+    // the program stays without windows, letting go of this would end it.)
+    std::optional<QEventLoopLocker> running;
+    if (QApplication::quitOnLastWindowClosed())
+        running.emplace();
+    std::optional<QString> failure;
+    try {
+        auto sending = existingId ? SupabaseClient::updateEvent(*existingId, payload)
+                                  : SupabaseClient::createEvent(payload);
+        co_await sending;
+    } catch (const LocalizedError &error) {
+        failure = error.localizedDescription();
+    }
+    if (!failure && onCreated) {
+        auto completion = onCreated();
+        co_await completion;
+    }
+    if (view)
+        view->finish(failure);
+}
+
+void AddEventView::finish(const std::optional<QString> &failure)
+{
+    m_state = {.isSubmitting = false, .errorMessage = failure};
+    render();
+    if (!failure)
+        close();
+    // As it was before, with its ring where it had one; unless the person went elsewhere.
+    else if (m_hadFocusToSave && hasFocus())
+        m_save->setFocus(Qt::ActiveWindowFocusReason);
+}
+
+void AddEventView::render()
+{
+    m_error->setText(m_state.errorMessage.value_or(QString()));
+    m_errorRow->setVisible(m_state.errorMessage.has_value());
+    m_save->setEnabled(!m_state.isSubmitting && isComplete(m_body->form()));
+    setClosesOnCancel(m_body->form() == m_initial);
+}

@@ -1,0 +1,196 @@
+#include "editor/EventFormBody.h"
+
+#include "controls/DateField.h"
+#include "controls/EndOfComposition.h"
+#include "controls/Fonts.h"
+#include "controls/PopupButton.h"
+#include "controls/ShownText.h"
+#include "controls/TextEditor.h"
+#include "controls/TextField.h"
+#include "controls/TextLabel.h"
+#include "controls/TimeField.h"
+#include "editor/PickedTime.h"
+#include "editor/TagMenuView.h"
+#include "platform/Text.h"
+
+#include <QHBoxLayout>
+#include <QLocale>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace {
+
+constexpr int padding = 20;
+constexpr int groupSpacing = 10;
+constexpr int headingSpacing = 9; // the heading's line is a pixel higher than its letters
+constexpr int captionSpacing = 6; ///< between a caption and what stands below it
+constexpr int captionGap = 8; ///< between a caption and what stands beside it
+constexpr int momentSpacing = 20; ///< between the day and the time
+constexpr int captionHeight = 15;
+/// As much of a text of one line as a person goes through with the arrow keys.
+constexpr qsizetype mostInField = 5'000;
+
+TextLabel *makeCaption(const QString &text)
+{
+    auto *caption = new TextLabel(text, appFont(12), secondaryText);
+    caption->setFixedHeight(std::max(scaled(captionHeight), caption->fontMetrics().height()));
+    return caption;
+}
+
+QHBoxLayout *besideCaption(const QString &text, QWidget *control)
+{
+    auto *caption = makeCaption(text);
+    caption->setFixedWidth(caption->naturalWidth());
+    auto *row = new QHBoxLayout;
+    row->setSpacing(captionGap);
+    row->addWidget(caption, 0, Qt::AlignVCenter);
+    row->addWidget(control);
+    return row;
+}
+
+/// The organiser as the menu spells it.
+QString asOffered(const QString &organiser)
+{
+    const QStringList &offered = availableOrganisers();
+    const auto same = std::find_if(offered.begin(), offered.end(), [&organiser](const auto &one) {
+        return sameText(one, organiser);
+    });
+    return same == offered.end() ? organiser : *same;
+}
+
+} // namespace
+
+EventFormBody::EventFormBody(const EventForm &initial, const Calendar &calendar, QWidget *parent)
+    : QWidget(parent)
+    , m_initial(initial)
+    , m_form(initial)
+    , m_clock(calendar.zoneName())
+    , m_title(makeField(QStringLiteral("Titre"), QStringLiteral("Ex: Atelier création"),
+                        &EventForm::title))
+    , m_description(new TextEditor(QStringLiteral("Ex: Pour les enfants de 4 à 11 ans.")))
+    , m_tags(new TagMenuView(QStringLiteral("Tags"), availableTags()))
+    , m_organiser(new PopupButton(QStringLiteral("Organisé par"), availableOrganisers()))
+    , m_custom(new QWidget)
+    , m_date(new DateField(QStringLiteral("Date"), QLocale(calendar.localeName())))
+    , m_time(new TimeField(QStringLiteral("Heure"), QLocale(calendar.localeName())))
+{
+    m_description->setAccessibleName(QStringLiteral("Description"));
+    m_description->setWholeText(m_form.description);
+    connect(m_description, &TextEditor::edited, this, [this] {
+        change([this](EventForm &form) { form.description = m_description->wholeText(); });
+    });
+    connect(m_tags, &TagMenuView::selectionChanged, this, [this](const TagSet &tags) {
+        change([&tags](EventForm &form) { form.selectedTags = tags; });
+    });
+
+    auto *column = new QVBoxLayout(this);
+    column->setContentsMargins(padding, headingSpacing, padding, groupSpacing);
+    column->setSpacing(groupSpacing);
+    addGroup(column, QStringLiteral("Titre"), m_title);
+    addGroup(column, QStringLiteral("Description"), m_description);
+    addGroup(column, QStringLiteral("Tags"), m_tags);
+    addGroup(
+        column, QStringLiteral("Lieu"),
+        makeField(QStringLiteral("Lieu"), QStringLiteral("Ex: Salle Vaudrelle"), &EventForm::lieu));
+    addGroup(column, QStringLiteral("Lien"),
+             makeField(QStringLiteral("Lien"), QStringLiteral("Ex: https://www.exemple.fr"),
+                       &EventForm::link));
+    addGroup(column, QStringLiteral("Organisé par"), makeOrganiser());
+    addGroup(column, QStringLiteral("Email de contact"),
+             makeField(QStringLiteral("Email de contact"), QStringLiteral("Ex: camille@exemple.fr"),
+                       &EventForm::contactEmail));
+    column->addWidget(makeMoment());
+    column->addStretch();
+    render();
+}
+
+QWidget *EventFormBody::titleField() const
+{
+    return m_title;
+}
+
+TextField *EventFormBody::makeField(const QString &name, const QString &prompt,
+                                    QString EventForm::*text)
+{
+    const ShownText given(m_form.*text, mostInField);
+    auto *field = new TextField(prompt);
+    field->setAccessibleName(name);
+    field->setText(given.shown());
+    new EndOfComposition(field);
+    connect(field, &QLineEdit::textChanged, this, [this, given, text](const QString &now) {
+        change([&](EventForm &form) { form.*text = given.wholeAfter(now); });
+    });
+    return field;
+}
+
+void EventFormBody::addGroup(QVBoxLayout *column, const QString &caption, QWidget *control)
+{
+    auto *group = new QVBoxLayout;
+    group->setSpacing(captionSpacing);
+    group->addWidget(makeCaption(caption));
+    // A picker is as wide as it needs.
+    group->addWidget(control, 0,
+                     qobject_cast<PopupLabel *>(control) ? Qt::AlignLeft : Qt::Alignment());
+    column->addLayout(group);
+}
+
+QWidget *EventFormBody::makeOrganiser()
+{
+    connect(m_organiser, &PopupButton::chosen, this, [this](const QString &organiser) {
+        change([&organiser](EventForm &form) { form.organisePar = organiser; });
+    });
+    auto *customRow =
+        besideCaption(QStringLiteral("Préciser"),
+                      makeField(QStringLiteral("Préciser"), QStringLiteral("Nom de l'organisateur"),
+                                &EventForm::organiseParCustom));
+    customRow->setContentsMargins(0, 0, 0, 0);
+    m_custom->setLayout(customRow);
+
+    auto *both = new QWidget;
+    auto *column = new QVBoxLayout(both);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(captionSpacing);
+    column->addWidget(m_organiser, 0, Qt::AlignLeft);
+    column->addWidget(m_custom);
+    return both;
+}
+
+QWidget *EventFormBody::makeMoment()
+{
+    m_date->setDate(shownDay(m_form.eventDate, m_clock));
+    m_time->setTime(shownTime(m_form.eventTime, m_clock));
+    // Going back to what was shown first is going back to the very instant.
+    connect(m_date, &QDateEdit::dateChanged, this, [this, first = m_date->date()](QDate day) {
+        const Instant date = day == first ? m_initial.eventDate : instantOnDay(day, m_clock);
+        change([date](EventForm &form) { form.eventDate = date; });
+    });
+    connect(m_time, &QTimeEdit::timeChanged, this, [this, first = m_time->time()](QTime time) {
+        const bool isFirst = time.hour() == first.hour() && time.minute() == first.minute();
+        const Instant moment = isFirst ? m_initial.eventTime : instantAtTime(time, m_clock);
+        change([moment](EventForm &form) { form.eventTime = moment; });
+    });
+
+    auto *moment = new QWidget;
+    auto *row = new QHBoxLayout(moment);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(momentSpacing);
+    row->addLayout(besideCaption(QStringLiteral("Date"), m_date));
+    row->addLayout(besideCaption(QStringLiteral("Heure"), m_time));
+    row->addStretch();
+    return moment;
+}
+
+void EventFormBody::change(const std::function<void(EventForm &)> &how)
+{
+    how(m_form);
+    render();
+    Q_EMIT edited();
+}
+
+void EventFormBody::render()
+{
+    m_tags->setSelection(m_form.selectedTags);
+    m_organiser->setValue(asOffered(m_form.organisePar));
+    m_custom->setVisible(hasCustomOrganiser(m_form));
+}
