@@ -13,6 +13,7 @@
 #include <QInputMethodEvent>
 #include <QSignalSpy>
 #include <QTemporaryDir>
+#include <QWindow>
 
 namespace {
 
@@ -30,20 +31,6 @@ void walk(QAccessibleInterface *parent, QList<std::pair<QAccessible::Role, QStri
         walk(child, found);
     }
 }
-
-/// Notes which windows come to the front, in turn.
-class Front : public QObject {
-public:
-    QList<QObject *> windows;
-
-protected:
-    bool eventFilter(QObject *watched, QEvent *event) override
-    {
-        if (event->type() == QEvent::WindowActivate)
-            windows.append(watched);
-        return QObject::eventFilter(watched, event);
-    }
-};
 
 } // namespace
 
@@ -151,24 +138,24 @@ private Q_SLOTS:
 
     void itComesToTheFrontOfWhateverWasThere()
     {
+        QWidget window;
+        window.show();
+        window.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
         QWidget other;
         other.show();
         other.activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(&other));
-
-        QWidget window;
-        window.show();
-        other.activateWindow();
         QTRY_VERIFY(other.isActiveWindow());
         LoginView view(AuthMode::signIn, &window);
-        Front front;
-        window.installEventFilter(&front);
-        view.installEventFilter(&front);
+        QList<QWindow *> front;
+        const QObject whileHere;
+        connect(qApp, &QGuiApplication::focusWindowChanged, &whileHere,
+                [&front](QWindow *now) { front.append(now); });
         view.open();
-        QTRY_VERIFY(view.isActiveWindow());
+        QTRY_COMPARE(QGuiApplication::focusWindow(), view.windowHandle());
         // The window before the form, which has the last word.
-        QVERIFY(front.windows.contains(&window));
-        QVERIFY(front.windows.lastIndexOf(&window) < front.windows.lastIndexOf(&view));
+        QVERIFY(front.contains(window.windowHandle()));
+        QCOMPARE(front.last(), view.windowHandle());
         QVERIFY(view.focusWidget());
         QCOMPARE(view.focusWidget()->accessibleName(), QStringLiteral("Email"));
         QTRY_VERIFY(view.focusWidget()->hasFocus());

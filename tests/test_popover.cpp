@@ -172,7 +172,7 @@ private Q_SLOTS:
     {
         Scene it;
         it.popover->open();
-        const QPoint beside(it.popover->card().left() - 3, it.popover->card().center().y());
+        const QPoint beside(it.popover->card().left() - 1, it.popover->card().center().y());
         QVERIFY(it.popover->rect().contains(beside));
         QTest::mouseClick(it.popover, Qt::LeftButton, {}, beside);
         QVERIFY(!it.popover->isVisible());
