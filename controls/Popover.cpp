@@ -7,6 +7,7 @@
 #include "controls/PopupCard.h"
 #include "controls/PopupPlacement.h"
 
+#include <QApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -97,6 +98,9 @@ void Popover::hideEvent(QHideEvent *event)
     if (event->spontaneous() || !m_isOpen)
         return;
     m_isOpen = false;
+    // Most desktops do so by themselves; some leave the keyboard nowhere.
+    if (isActiveWindow() || !QApplication::activeWindow())
+        m_anchor->window()->activateWindow();
     // As a popup that closes, so that the anchor's ring shows if it did before.
     m_anchor->setFocus(Qt::PopupFocusReason);
     Q_EMIT closed();

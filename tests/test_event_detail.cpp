@@ -3,6 +3,7 @@
 #include "controls/SectionList.h"
 #include "controls/SymbolLabel.h"
 #include "controls/TextLabel.h"
+#include "support/OwnHome.h"
 #include "support/WindowTest.h"
 
 #include <QApplication>
@@ -301,6 +302,7 @@ void TestEventDetail::returnInTheListOpensTheEvent()
 
 int main(int argc, char *argv[])
 {
+    const OwnHome home;
     const QApplication application(argc, argv);
     HttpServer server;
     // The configuration is read once, at the first use of the service.
