@@ -7,12 +7,13 @@
 #include "controls/PopupCard.h"
 #include "controls/PopupPlacement.h"
 
-#include <QApplication>
+#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScreen>
 #include <QVBoxLayout>
+#include <QWindow>
 
 #include <algorithm>
 #include <utility>
@@ -98,8 +99,8 @@ void Popover::hideEvent(QHideEvent *event)
     if (event->spontaneous() || !m_isOpen)
         return;
     m_isOpen = false;
-    // Most desktops do so by themselves; some leave the keyboard nowhere.
-    if (isActiveWindow() || !QApplication::activeWindow())
+    // Where the keyboard went to the popup's window, it must not end with it.
+    if (!QGuiApplication::focusWindow() || QGuiApplication::focusWindow() == windowHandle())
         m_anchor->window()->activateWindow();
     // As a popup that closes, so that the anchor's ring shows if it did before.
     m_anchor->setFocus(Qt::PopupFocusReason);
