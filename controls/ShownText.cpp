@@ -18,20 +18,33 @@ qsizetype lengthAt(QStringView text, qsizetype index)
     return text.sliced(index).startsWith(u"\r\n") ? 2 : 1;
 }
 
+/// An ellipsis that is no other letter of the text: no typed one is ever taken for it.
+QChar unusedMark(QStringView text)
+{
+    for (const QChar mark : QStringView(u"\u22ef\u22ee\u22f0\u22f1\ufe19")) {
+        if (!text.contains(mark))
+            return mark;
+    }
+    return QChar::ObjectReplacementCharacter;
+}
+
 } // namespace
 
 ShownText::ShownText(const QString &whole, qsizetype most)
     : m_whole(whole)
+    , m_end(std::min(whole.size(), most))
 {
-    qsizetype end = std::min(whole.size(), most);
-    if (end > 0 && end < whole.size() && whole[end - 1].isHighSurrogate())
-        --end;
-    m_isCut = end < whole.size();
-    m_shown.reserve(end + 1);
-    for (qsizetype i = 0; i < end; i += lengthAt(whole, i))
-        m_shown += isLineBreak(whole[i]) ? QChar(u'\n') : whole[i];
-    if (m_isCut)
-        m_shown += mark;
+    if (m_end > 0 && m_end < whole.size() && whole[m_end - 1].isHighSurrogate())
+        --m_end;
+    m_shown.reserve(m_end + 1);
+    qsizetype next = 0;
+    for (; next < m_end; next += lengthAt(whole, next))
+        m_shown += isLineBreak(whole[next]) ? QChar(u'\n') : whole[next];
+    m_end = next;
+    if (m_end < whole.size()) {
+        m_mark = unusedMark(m_shown);
+        m_shown += m_mark;
+    }
 }
 
 QString ShownText::wholeAfter(const QString &now) const
@@ -45,7 +58,13 @@ QString ShownText::wholeAfter(const QString &now) const
     while (sameAtEnd < most
            && m_shown[m_shown.size() - 1 - sameAtEnd] == now[now.size() - 1 - sameAtEnd])
         ++sameAtEnd;
-    return m_whole.first(indexInWhole(same)) + now.sliced(same, now.size() - same - sameAtEnd)
+    QString changed = now.sliced(same, now.size() - same - sameAtEnd);
+    if (!m_mark.isNull() && sameAtEnd == 0 && same < m_shown.size()) {
+        const qsizetype mark = changed.lastIndexOf(m_mark);
+        if (mark >= 0)
+            changed.replace(mark, 1, m_whole.sliced(m_end));
+    }
+    return m_whole.first(indexInWhole(same)) + changed
         + m_whole.sliced(indexInWhole(m_shown.size() - sameAtEnd));
 }
 

@@ -14,17 +14,18 @@ public:
     /// To be given to the field: bounded, its line breaks all "\n".
     const QString &shown() const { return m_shown; }
 
-    /// The whole text with the change that turns what is shown into `now`. The mark stands for the
-    /// rest: it goes when the mark is deleted.
+    /// The whole text with the changes that turn what is shown into `now`. The mark stands for the
+    /// rest: it goes when the mark is deleted. Between the first and the last change the line breaks
+    /// are those of the field.
     QString wholeAfter(const QString &now) const;
 
     static constexpr qsizetype mostShown = 20'000;
-    static constexpr QChar mark{0x2026};
 
 private:
     qsizetype indexInWhole(qsizetype shownIndex) const;
 
     QString m_whole;
     QString m_shown;
-    bool m_isCut = false;
+    qsizetype m_end; ///< of what is shown, in the whole
+    QChar m_mark; ///< null when all is shown
 };
