@@ -24,6 +24,9 @@ namespace {
 /// and enough for a portal that is running.
 constexpr std::chrono::milliseconds longestWait{100};
 
+/// How long what was begun may still run once the last window is closed.
+constexpr std::chrono::seconds longestFarewell{5};
+
 void addShortcut(ContentView *window, const QKeySequence &keys, auto act)
 {
     auto *action = new QAction(window);
@@ -45,6 +48,13 @@ OstreloApp::OstreloApp(QObject *parent)
     connect(&m_colorScheme, &DesktopColorScheme::changed, this, &OstreloApp::applyColorScheme);
     connect(&m_colorScheme, &DesktopColorScheme::settled, this, &OstreloApp::openFirstWindow);
     QTimer::singleShot(longestWait, this, &OstreloApp::openFirstWindow);
+#ifndef Q_OS_MACOS // there the program stays without windows
+    // With the last window the program ends, unless a write is on its way; and then, too, in the
+    // end.
+    connect(qApp, &QGuiApplication::lastWindowClosed, this, [this] {
+        QTimer::singleShot(longestFarewell, this, [] { QCoreApplication::exit(0); });
+    });
+#endif
 }
 
 void OstreloApp::openFirstWindow()

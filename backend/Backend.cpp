@@ -7,6 +7,8 @@
 #include "backend/EventRequests.h"
 #include "backend/SupabaseError.h"
 
+#include <QEventLoopLocker>
+
 using namespace Qt::StringLiterals;
 
 Backend::Backend(const Configuration &configuration, UserDefaults &defaults,
@@ -72,6 +74,7 @@ QCoro::Task<void> Backend::deleteEvent(QString id)
 
 QCoro::Task<void> Backend::write(Request request)
 {
+    const QEventLoopLocker running;
     QCoro::Task<Reply> sending = m_sender.send(std::move(request));
     const Reply reply = co_await sending;
     // What the service says of the row is not read: the caller loads the list anew.
@@ -90,6 +93,7 @@ QCoro::Task<void> Backend::signIn(QString email, QString password)
 QCoro::Task<void> Backend::signUp(QString email, QString password)
 {
     const Credentials credentials{email, password};
+    const QEventLoopLocker running;
     Request request = signUpRequest(m_configuration, credentials);
     QCoro::Task<Reply> sending = m_sender.send(std::move(request));
     const Reply reply = co_await sending;

@@ -14,7 +14,9 @@ struct AuthResponse;
 /// The service as the application uses it: the operations, and the session they share.
 ///
 /// For one thread, on which its tasks resume. They throw LocalizedErrors and nothing else. A
-/// Backend that is destroyed ends the tasks still on their way with a TransportError.
+/// Backend that is destroyed ends the tasks still on their way with a TransportError. What changes
+/// something at the service (the writes, signUp) keeps an application that quits because its last
+/// window was closed until it has been answered; what only asks does not.
 class Backend : public QObject {
     Q_OBJECT
 public:

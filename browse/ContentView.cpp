@@ -1,15 +1,19 @@
 #include "browse/ContentView.h"
 
-#include "backend/LocalizedError.h"
+#include "account/AccountMenuView.h"
+#include "account/LoginView.h"
 #include "backend/SupabaseClient.h"
+#include "browse/DeleteConfirmation.h"
 #include "browse/EventDetailView.h"
 #include "browse/EventList.h"
 #include "browse/Header.h"
 #include "controls/BusyIndicator.h"
 #include "controls/ErrorText.h"
 #include "controls/Pane.h"
-#include "controls/TabStrip.h"
+#include "controls/Popover.h"
 #include "controls/TabView.h"
+#include "editor/AddEventView.h"
+#include "platform/NotificationCenter.h"
 
 #include <QAction>
 #include <QDateTime>
@@ -26,11 +30,20 @@ Instant now()
     return {QDateTime::currentMSecsSinceEpoch()};
 }
 
+/// The e-mail address beside the account button: the session's, else the remembered one.
+std::optional<QString> savedEmailDisplay(const std::optional<QString> &savedEmail)
+{
+    for (const auto &email : {SupabaseClient::session().userEmail, savedEmail}) {
+        if (email && !email->isEmpty())
+            return email;
+    }
+    return {};
+}
+
 } // namespace
 
 ContentView::ContentView(QWidget *parent)
     : QWidget(parent)
-    , m_header(new Header({}, this))
     , m_body(new QWidget(this))
     , m_parts(new QStackedLayout(m_body))
     , m_busy(new BusyIndicator(QStringLiteral("Loading events…"), m_body))
@@ -43,14 +56,31 @@ ContentView::ContentView(QWidget *parent)
     // Set, not left to the layout: as its texts may wrap, it would open at the least height.
     resize(sizeHint());
 
+    const auto set = [this](auto State::*member, auto value) {
+        m_state.*member = value;
+        render();
+    };
+    const auto choose = [this](std::optional<Event> State::*member) {
+        return [this, member](const Event &event) {
+            m_state.*member = event;
+            render();
+        };
+    };
+    m_header = new Header({
+                              .onAddAccount =
+                                  [this] {
+                                      m_state.loginMode = AuthMode::signUp;
+                                      m_state.isLoginPresented = true;
+                                      render();
+                                  },
+                              .onAddEvent = [set] { set(&State::isAddPresented, true); },
+                              .onAccount = [set] { set(&State::isAccountMenuPresented, true); },
+                          },
+                          this);
     const EventList::Actions actions = {
-        .onSelect =
-            [this](const Event &event) {
-                m_state.selectedEvent = event;
-                render();
-            },
-        .onEdit = [](const Event &) {},
-        .onDelete = [](const Event &) {},
+        .onSelect = choose(&State::selectedEvent),
+        .onEdit = choose(&State::eventToEdit),
+        .onDelete = choose(&State::eventToDelete),
     };
     m_upcoming = new EventList(actions, m_tabs);
     m_past = new EventList(actions, m_tabs);
@@ -60,10 +90,7 @@ ContentView::ContentView(QWidget *parent)
     for (QWidget *part : std::initializer_list<QWidget *>{m_busy, m_error, m_pane})
         m_parts->addWidget(part);
 
-    auto *reloadAction = new QAction(this);
-    reloadAction->setShortcuts({QKeySequence(Qt::Key_F5), QKeySequence(Qt::CTRL | Qt::Key_R)});
-    connect(reloadAction, &QAction::triggered, this, &ContentView::reload);
-    addAction(reloadAction);
+    addShortcuts();
 
     auto *column = new QVBoxLayout(this);
     column->setContentsMargins(16, 16, 16, 16);
@@ -71,9 +98,15 @@ ContentView::ContentView(QWidget *parent)
     column->addWidget(m_header);
     column->addWidget(m_body, 1);
 
-    m_state.isSignedIn = SupabaseClient::session().accessToken.has_value();
-    m_state.currentUserId = SupabaseClient::session().userId;
-    render();
+    // Queued: the remembered record is saved right after the announcement of a sign-in.
+    connect(
+        &NotificationCenter::defaultCenter(), &NotificationCenter::posted, this,
+        [this](const QString &name) {
+            if (name == SupabaseClient::authChangedNotification())
+                followSession();
+        },
+        Qt::QueuedConnection);
+    followSession();
 }
 
 QSize ContentView::sizeHint() const
@@ -93,75 +126,27 @@ void ContentView::showEvent(QShowEvent *event)
 {
     QWidget::showEvent(event);
     // A spontaneous one only says that the desktop has un-minimised the window.
-    if (!event->spontaneous())
-        appear();
-}
-
-void ContentView::appear()
-{
-    reload();
-}
-
-void ContentView::reload()
-{
-    // Runs on by itself; nothing is thrown out of it.
-    const auto task = loadEvents();
-}
-
-QCoro::Task<void> ContentView::loadEvents()
-{
-    m_state.isLoading = true;
-    m_state.errorMessage.reset();
-    render();
-
-    const QPointer<ContentView> self(this);
-    QList<Event> fetched;
-    std::optional<QString> failure;
-    try {
-        fetched = co_await SupabaseClient::fetchEvents();
-    } catch (const LocalizedError &error) {
-        failure = error.localizedDescription();
+    if (!event->spontaneous()) {
+        // Runs on by itself, as all that is started below; nothing is thrown out of it.
+        const auto task = appear();
     }
-    if (!self)
-        co_return;
-    if (failure) {
-        failLoad(*failure);
-        co_return;
-    }
-
-    const auto ordered = std::make_shared<DatedEvents>();
-    m_worker.run(
-        [ordered, fetched = std::move(fetched)]() mutable {
-            *ordered = datedEvents(std::move(fetched));
-        },
-        this, [this, ordered] { finishLoad(std::move(*ordered)); });
 }
 
-void ContentView::finishLoad(DatedEvents events)
+void ContentView::addShortcuts()
 {
-    DatedEvents old = std::exchange(m_state.events, std::move(events));
-    m_state.isLoading = false;
-    m_shownDay.reset();
-    render();
-    // The lists let go of the old events above, so that here goes the last hold on them: freeing
-    // many takes longer than a frame.
-    m_worker.run([old = std::move(old)] {});
-}
-
-void ContentView::failLoad(const QString &description)
-{
-    m_state.errorMessage = QStringLiteral("Failed to load events: ") + description;
-    m_state.isLoading = false;
-    render();
+    auto *reloadAction = new QAction(this);
+    reloadAction->setShortcuts({QKeySequence(Qt::Key_F5), QKeySequence(Qt::CTRL | Qt::Key_R)});
+    connect(reloadAction, &QAction::triggered, this, &ContentView::reload);
+    addAction(reloadAction);
 }
 
 void ContentView::render()
 {
     m_header->setContent({
         .isSignedIn = m_state.isSignedIn,
-        .hasSavedCredentials = false,
-        .email = SupabaseClient::session().userEmail,
-        .isAccountMenuPresented = false,
+        .hasSavedCredentials = m_state.hasSavedCredentials,
+        .email = savedEmailDisplay(m_state.savedEmail),
+        .isAccountMenuPresented = m_state.isAccountMenuPresented,
     });
     m_error->setText(m_state.errorMessage.value_or(QString()));
     renderEvents();
@@ -171,32 +156,121 @@ void ContentView::render()
         showBody(m_error);
     else
         showBody(m_pane);
-    renderDetail();
+    renderSheets();
+    renderAccountMenu();
 }
 
-void ContentView::renderDetail()
+void ContentView::renderSheets()
 {
-    if (m_state.selectedEvent.has_value() == (m_detail != nullptr))
-        return;
-    if (!m_state.selectedEvent) {
-        std::exchange(m_detail, nullptr)->deleteLater();
+    const auto clear = [this](auto State::*member) {
+        return [this, member] {
+            m_state.*member = {};
+            render();
+        };
+    };
+    const auto clearEvent = [this](std::optional<Event> State::*member) {
+        return [this, member] {
+            const QString id = (m_state.*member)->id;
+            (m_state.*member).reset();
+            render();
+            putBackFocus(id);
+        };
+    };
+    const auto form = [this](const std::optional<Event> &event) {
+        return new AddEventView(
+            event, [window = QPointer(this)] { return reloadAfterSave(window); }, this);
+    };
+    m_detail.keep(
+        m_state.selectedEvent.has_value(),
+        [this] { return new EventDetailView(*m_state.selectedEvent, Calendar::current(), this); },
+        clearEvent(&State::selectedEvent));
+    m_login.keep(
+        m_state.isLoginPresented, [this] { return new LoginView(m_state.loginMode, this); },
+        clear(&State::isLoginPresented));
+    m_add.keep(
+        m_state.isAddPresented, [form] { return form({}); }, clear(&State::isAddPresented));
+    m_edit.keep(
+        m_state.eventToEdit.has_value(), [this, form] { return form(m_state.eventToEdit); },
+        clearEvent(&State::eventToEdit));
+    m_confirmation.keep(
+        m_state.eventToDelete.has_value(),
+        [this] {
+            return new DeleteConfirmation(
+                [this] {
+                    if (m_state.eventToDelete) {
+                        const auto task = deleteEvent(*m_state.eventToDelete);
+                    }
+                },
+                this);
+        },
+        clearEvent(&State::eventToDelete));
+}
+
+void ContentView::renderAccountMenu()
+{
+    if (!m_state.isAccountMenuPresented) {
+        if (m_accountMenu) {
+            Popover *menu = std::exchange(m_accountMenu, nullptr);
+            menu->close();
+            menu->deleteLater();
+        }
         return;
     }
-    m_detail = new EventDetailView(*m_state.selectedEvent, Calendar::current(), this);
-    // However it was closed, the selection goes with it and the row has the keyboard again.
-    connect(m_detail, &Sheet::closed, this, [this, id = m_state.selectedEvent->id] {
-        m_state.selectedEvent.reset();
-        render();
-        shownList()->focusEvent(id);
+    if (m_accountMenu)
+        return;
+    m_accountMenu = new Popover(m_header->accountButton());
+    connect(m_accountMenu, &Popover::closed, this, &ContentView::leaveAccountMenu);
+    m_accountMenu->setContent(makeAccountMenu());
+    m_accountMenu->open();
+}
+
+QWidget *ContentView::makeAccountMenu()
+{
+    return new AccountMenuView({
+        .isSignedIn = m_state.isSignedIn,
+        .hasSavedCredentials = m_state.hasSavedCredentials,
+        .email = savedEmailDisplay(m_state.savedEmail),
+        .onConnect =
+            [this] {
+                connectAgain();
+                leaveAccountMenu();
+            },
+        .onLogout =
+            [this] {
+                SupabaseClient::signOut();
+                leaveAccountMenu();
+            },
+        .onRemove =
+            [this] {
+                SupabaseClient::signOut();
+                SupabaseClient::clearSavedCredentials();
+                leaveAccountMenu();
+            },
     });
-    m_detail->open();
+}
+
+void ContentView::leaveAccountMenu()
+{
+    m_state.isAccountMenuPresented = false;
+    render();
+}
+
+void ContentView::putBackFocus(const QString &eventId)
+{
+    // One of the row's own buttons has kept it where it was that button which opened the sheet.
+    EventList *list = shownList();
+    if (list->isVisible() && list->focusedEvent() != eventId)
+        list->focusEvent(eventId);
 }
 
 void ContentView::renderEvents()
 {
+    // A row is marked as long as something about it is open.
     std::optional<QString> selected;
-    if (m_state.selectedEvent)
-        selected = m_state.selectedEvent->id;
+    for (const auto &event : {m_state.selectedEvent, m_state.eventToEdit, m_state.eventToDelete}) {
+        if (event)
+            selected = event->id;
+    }
     for (EventList *list : {m_upcoming, m_past}) {
         list->setCurrentUserId(m_state.currentUserId);
         list->setSelectedEvent(selected);

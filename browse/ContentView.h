@@ -1,6 +1,8 @@
 #pragma once
 
+#include "account/AuthMode.h"
 #include "browse/EventOrder.h"
+#include "browse/SheetSlot.h"
 #include "platform/Worker.h"
 
 #include <QCoro/QCoroTask>
@@ -9,16 +11,18 @@
 
 class BusyIndicator;
 class ErrorText;
-class EventDetailView;
 class EventList;
 class Header;
 class Pane;
+class Popover;
 class QStackedLayout;
 class TabView;
 
-/// The main window: a header above the events, coming and past ones each in a tab.
+/// The main window: a header above the events, coming and past ones each in a tab, and what members
+/// do: their account, their events.
 ///
-/// All that changes while it is open is in one State; render() makes the widgets agree with it.
+/// All that changes while it is open is in one State; render() makes the widgets agree with it. It
+/// follows the process's session: what one window signs in or forgets, all windows show.
 class ContentView : public QWidget {
     Q_OBJECT
 public:
@@ -27,6 +31,9 @@ public:
     /// Loads and shows the events. Loads may overlap: the last one to finish is shown. Never fails
     /// to its caller; a failure is shown in place of the list.
     QCoro::Task<void> loadEvents();
+    /// Deletes the event, then loads the events. Never fails to its caller; a failure is shown in
+    /// place of the list.
+    QCoro::Task<void> deleteEvent(Event event);
 
     QSize sizeHint() const override;
 
@@ -38,10 +45,20 @@ private:
     struct State {
         DatedEvents events; ///< as last loaded
         bool isLoading = false;
-        std::optional<QString> errorMessage; ///< of the last failed load
-        std::optional<Event> selectedEvent;
+        std::optional<QString> errorMessage; ///< of the last failed load or delete
+        std::optional<Event> selectedEvent; ///< its detail is open
+        bool isLoginPresented = false;
+        bool isAddPresented = false;
         bool isSignedIn = false;
         std::optional<QString> currentUserId;
+        std::optional<Event> eventToEdit;
+        std::optional<Event> eventToDelete; ///< awaits its confirmation
+        bool didAttemptAutoLogin = false;
+        bool hasSavedCredentials = false;
+        std::optional<QString> savedEmail; ///< of the remembered record
+        bool isAccountMenuPresented = false;
+        AuthMode loginMode = AuthMode::signIn;
+        bool didPurgeSavedCredentials = false;
     };
     /// Where the keyboard was before the list gave way to the busy indicator.
     struct KeptFocus {
@@ -49,15 +66,22 @@ private:
         std::optional<QString> eventId;
     };
 
-    QWidget *makeTabs();
-    void appear();
+    void addShortcuts();
+    QCoro::Task<void> appear();
     void reload();
+    static QCoro::Task<void> reloadAfterSave(QPointer<ContentView> window);
     void finishLoad(DatedEvents events);
     void failLoad(const QString &description);
+    void followSession();
+    void connectAgain();
 
     void render();
     void renderEvents();
-    void renderDetail();
+    void renderSheets();
+    void renderAccountMenu();
+    QWidget *makeAccountMenu();
+    void leaveAccountMenu();
+    void putBackFocus(const QString &eventId);
     void showBody(QWidget *part);
     EventList *shownList() const;
 
@@ -75,5 +99,10 @@ private:
     TabView *m_tabs;
     EventList *m_upcoming;
     EventList *m_past;
-    EventDetailView *m_detail = nullptr; ///< while an event is selected
+    SheetSlot m_detail;
+    SheetSlot m_login;
+    SheetSlot m_add;
+    SheetSlot m_edit;
+    SheetSlot m_confirmation;
+    QPointer<Popover> m_accountMenu;
 };

@@ -1,6 +1,7 @@
 #include "browse/TagChips.h"
 
 #include "browse/TagPalette.h"
+#include "controls/Accessibility.h"
 #include "controls/Colors.h"
 #include "controls/Fonts.h"
 #include "controls/Painting.h"
@@ -33,6 +34,7 @@ TagChips::TagChips(QWidget *parent)
     : QWidget(parent)
 {
     setFont(appFont(11, QFont::Medium));
+    setAccessibleRole(this, QAccessible::StaticText);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
 }
 
@@ -42,6 +44,7 @@ void TagChips::setTags(const QStringList &tags)
         return;
     m_tags = tags;
     m_spoken = tags.join(QStringLiteral(", "));
+    setAccessibleName(m_spoken);
     arrange();
     updateGeometry();
 }

@@ -8,7 +8,8 @@ namespace {
 
 constexpr const char *roleProperty = "accessibleRole";
 
-/// A widget whose role is a property and whose press and choice are its own.
+/// A widget whose role is a property and whose press and choice are its own; without the property,
+/// a plain window.
 class RoleInterface final : public QAccessibleWidget {
 public:
     explicit RoleInterface(QWidget *widget)
@@ -18,7 +19,16 @@ public:
 
     QAccessible::Role role() const override
     {
-        return static_cast<QAccessible::Role>(object()->property(roleProperty).toInt());
+        const QVariant role = object()->property(roleProperty);
+        return role.isValid() ? static_cast<QAccessible::Role>(role.toInt()) : QAccessible::Window;
+    }
+
+    QString text(QAccessible::Text kind) const override
+    {
+        // Without this the tooltip stands in for a missing description: with its markup, and mostly
+        // to say the name once more.
+        return kind == QAccessible::Description ? widget()->accessibleDescription()
+                                                : QAccessibleWidget::text(kind);
     }
 
     QAccessible::State state() const override
@@ -54,10 +64,16 @@ private:
     Pressable *pressable() const { return dynamic_cast<Pressable *>(object()); }
 };
 
-QAccessibleInterface *interfaceOf(const QString &, QObject *object)
+/// Asked for each class of the object, from its own up to QObject.
+QAccessibleInterface *interfaceOf(const QString &className, QObject *object)
 {
     auto *widget = qobject_cast<QWidget *>(object);
-    if (!widget || !widget->property(roleProperty).isValid())
+    if (!widget)
+        return nullptr;
+    // The toolkit takes a window that is no more than a widget for a filler, which readers skip.
+    const bool isPlainWindow =
+        className == QLatin1StringView("QWidget") && widget->windowType() == Qt::Window;
+    if (!isPlainWindow && !widget->property(roleProperty).isValid())
         return nullptr;
     return new RoleInterface(widget);
 }

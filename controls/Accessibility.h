@@ -4,12 +4,13 @@
 
 class QWidget;
 
-/// Makes the roles below reach screen readers. Call once, after the application object is made;
-/// further calls do nothing.
+/// Makes the roles below reach screen readers, and makes plain widgets that are windows read as
+/// such. Call once, after the application object is made; further calls do nothing.
 void installAccessibility();
 
 /// The role that a widget has for screen readers, in place of the one of its class: list, list
-/// item, heading, alert... Its name is its accessible name.
+/// item, heading, alert... Its name and description are its accessible ones; its tooltip is for the
+/// eye alone.
 void setAccessibleRole(QWidget *widget, QAccessible::Role role);
 
 /// What a custom widget implements, beside QWidget, to be pressed or chosen through a screen

@@ -211,6 +211,11 @@ QColor segmentFill(const QPalette &palette)
     return in(palette, {white, 100, 0x56565D, 100});
 }
 
+QColor segmentShadow(const QPalette &palette)
+{
+    return in(palette, {black, 18, black, 24});
+}
+
 QColor dim(const QPalette &palette)
 {
     return in(palette, {black, 18, black, 36});

@@ -43,6 +43,7 @@ QColor buttonLift(const QPalette &palette); ///< transparent where the surface n
 QColor accountLift(const QPalette &palette); ///< account button and segment track
 QColor chipPlate(const QPalette &palette);
 QColor segmentFill(const QPalette &palette); ///< the chosen segment
+QColor segmentShadow(const QPalette &palette); ///< that it casts
 QColor dim(const QPalette &palette); ///< over a window behind a sheet
 QColor cardEdge(const QPalette &palette);
 QColor cardShadow(const QPalette &palette);

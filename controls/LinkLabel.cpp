@@ -30,6 +30,7 @@ LinkLabel::LinkLabel(const QString &text, const QUrl &address, QWidget *parent)
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     setAccessibleRole(this, QAccessible::Link);
     setAccessibleName(text);
+    setAccessibleDescription(address.toDisplayString());
     setPlainToolTip(this, address.toDisplayString());
     new FocusRing(this, 3, ringGap);
 

@@ -10,7 +10,8 @@
 bool mayOpen(const QUrl &address);
 
 /// An underlined text that opens an address the way the desktop does: by mouse, by keyboard and by
-/// screen reader, when `mayOpen` lets it. The tooltip shows the address.
+/// screen reader, when `mayOpen` lets it. The tooltip shows the
+/// address, and screen readers tell it as the description.
 class LinkLabel : public QAbstractButton, public Pressable {
     Q_OBJECT
 

@@ -12,7 +12,7 @@ constexpr int edge = 1;
 
 Shadow popupShadowOf(const QPalette &palette)
 {
-    return {6, 20, popupShadow(palette)};
+    return {8, 28, popupShadow(palette)};
 }
 
 } // namespace
@@ -35,9 +35,9 @@ void paintPopupCard(QPainter &painter, const QRectF &window, const QPalette &pal
         painter.fillRect(card, popupColor(palette));
         return;
     }
-    paintShadow(painter, card, popupShadowOf(palette));
-    // The edge lies around the card, over its shadow.
+    // The edge lies around the card, beneath its shadow, which takes the glare off a light one.
     const QRectF outer = card.adjusted(-edge, -edge, edge, edge);
-    fillRounded(painter, card, popupRadius, popupColor(palette));
     strokeRounded(painter, outer, popupRadius + edge, cardEdge(palette), edge);
+    paintShadow(painter, card, popupShadowOf(palette));
+    fillRounded(painter, card, popupRadius, popupColor(palette));
 }

@@ -122,7 +122,8 @@ std::optional<int> SectionList::rowAt(QPoint point) const
 
 void SectionList::showRow(int row)
 {
-    m_body->showRow(row);
+    if (row >= 0 && row < rowCount())
+        m_body->showRow(row);
 }
 
 void SectionList::changeEvent(QEvent *event)

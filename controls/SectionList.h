@@ -47,7 +47,7 @@ public:
     SectionListRow *widgetOf(int row) const;
     /// The row that is at this point of the list; none in a heading.
     std::optional<int> rowAt(QPoint point) const;
-    /// Scrolls by as little as it takes to bring the whole row into view.
+    /// Scrolls by as little as it takes to bring the whole row into view; without such a row, not.
     void showRow(int row);
 
     /// Its value is how far the list is scrolled, in pixels; by estimate, beyond the rows seen.

@@ -120,6 +120,18 @@ QAccessibleInterface *SectionListItemInterface::parent() const
     return QAccessible::queryAccessibleInterface(m_list);
 }
 
+int SectionListItemInterface::childCount() const
+{
+    const auto *shown = shownRow();
+    return shown ? shown->childCount() : 0;
+}
+
+QAccessibleInterface *SectionListItemInterface::child(int index) const
+{
+    const auto *shown = shownRow();
+    return shown ? shown->child(index) : nullptr;
+}
+
 QRect SectionListItemInterface::rect() const
 {
     return isValid() ? SectionListReader(*m_list).rectOfItem(m_index) : QRect();
@@ -137,6 +149,8 @@ QAccessible::State SectionListItemInterface::state() const
     state.invalid = !isValid();
     if (state.invalid)
         return state;
+    if (const auto *shown = shownRow())
+        return shown->state();
     state.offscreen = !rect().intersects(QRect(m_list->mapToGlobal(QPoint()), m_list->size()));
     if (role() == QAccessible::ListItem) {
         state.focusable = true;
@@ -170,4 +184,12 @@ void SectionListItemInterface::doAction(const QString &action)
         SectionListReader(*m_list).giveFocus(*row);
     else if (action == pressAction())
         Q_EMIT m_list->rowActivated(*row);
+}
+
+/// The interface of the row's widget, while it has one.
+QAccessibleInterface *SectionListItemInterface::shownRow() const
+{
+    const auto row = isValid() ? SectionListReader(*m_list).rowOfItem(m_index) : std::nullopt;
+    auto *widget = row ? m_list->widgetOf(*row) : nullptr;
+    return widget ? QAccessible::queryAccessibleInterface(widget) : nullptr;
 }

@@ -41,7 +41,8 @@ private:
     SectionListRow *row() const;
 };
 
-/// A heading, or a row without a widget.
+/// A heading, or a row without a widget. A reader may keep it while the row comes into view: it
+/// then tells the state of the row's widget, and what is in it.
 class SectionListItemInterface final : public QAccessibleInterface,
                                        public QAccessibleActionInterface {
 public:
@@ -52,8 +53,8 @@ public:
     bool isValid() const override;
     QObject *object() const override { return nullptr; }
     QAccessibleInterface *parent() const override;
-    int childCount() const override { return 0; }
-    QAccessibleInterface *child(int) const override { return nullptr; }
+    int childCount() const override;
+    QAccessibleInterface *child(int index) const override;
     int indexOfChild(const QAccessibleInterface *) const override { return -1; }
     QAccessibleInterface *childAt(int, int) const override { return nullptr; }
     QRect rect() const override;
@@ -68,6 +69,8 @@ public:
     QStringList keyBindingsForAction(const QString &) const override { return {}; }
 
 private:
+    QAccessibleInterface *shownRow() const;
+
     QPointer<SectionList> m_list;
     int m_index;
 };

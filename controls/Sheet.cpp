@@ -7,6 +7,7 @@
 #include "controls/Shadow.h"
 #include "controls/SheetBody.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QKeyEvent>
 #include <QLayout>
@@ -84,6 +85,8 @@ void Sheet::setHeader(QWidget *header)
 {
     m_header = header;
     header->setParent(this);
+    // Screen readers go by this order, in which the body is older.
+    header->lower();
     watch(header);
 }
 
@@ -176,6 +179,9 @@ void Sheet::hideEvent(QHideEvent *event)
         return;
     m_isOpen = false;
     delete m_dim;
+    // Most desktops do so by themselves; some leave the keyboard nowhere.
+    if (isActiveWindow() || !QApplication::activeWindow())
+        m_window->activateWindow();
     Q_EMIT closed();
 }
 
@@ -195,11 +201,13 @@ void Sheet::paintEvent(QPaintEvent *event)
     painter.setRenderHint(QPainter::Antialiasing);
     if (m_composited) {
         // Not for what changes within the card, a blinking cursor say.
-        if (!card.contains(event->rect()))
+        if (!card.contains(event->rect())) {
+            // The edge lies around the card, beneath its shadow, which takes the glare off a light
+            // one.
+            painter.fillPath(cardPath(outer, radius + edge).subtracted(cardPath(card, radius)),
+                             cardEdge(palette()));
             paintShadow(painter, card, shadow());
-        // The edge lies around the card, over its shadow.
-        painter.fillPath(cardPath(outer, radius + edge).subtracted(cardPath(card, radius)),
-                         cardEdge(palette()));
+        }
         painter.fillPath(cardPath(card, radius), windowColor(palette()));
     } else {
         painter.fillRect(rect(), windowColor(palette()));

@@ -1,5 +1,6 @@
 #include "controls/TabView.h"
 
+#include "controls/Accessibility.h"
 #include "controls/TabStrip.h"
 
 #include <QStackedLayout>
@@ -25,6 +26,7 @@ TabView::TabView(QWidget *parent)
 void TabView::addTab(const QString &title, QWidget *page)
 {
     page->setAccessibleName(title);
+    setAccessibleRole(page, QAccessible::Pane);
     m_pages->addWidget(page);
     m_strip->addTab(title);
 }

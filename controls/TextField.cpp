@@ -3,19 +3,48 @@
 #include "controls/FieldFrame.h"
 #include "controls/Fonts.h"
 
+#include <QApplication>
+#include <QInputMethod>
+#include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <QPainter>
+#include <QPointer>
+#include <QProxyStyle>
 #include <QStyleOptionFrame>
 
 namespace {
 
 constexpr int ownMargin = 2; // the toolkit keeps these beside the text by itself
 
+/// Hides a password behind bullets; the toolkit's own are circles as large as capitals.
+class FieldStyle final : public QProxyStyle {
+public:
+    static FieldStyle *shared()
+    {
+        static QPointer<FieldStyle> style;
+        if (!style) {
+            style = new FieldStyle;
+            style->setParent(qApp);
+        }
+        return style;
+    }
+
+    int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
+                  QStyleHintReturn *data) const override
+    {
+        constexpr int bullet = 0x2022;
+        return hint == SH_LineEdit_PasswordCharacter
+            ? bullet
+            : QProxyStyle::styleHint(hint, option, widget, data);
+    }
+};
+
 } // namespace
 
 TextField::TextField(const QString &prompt, QWidget *parent)
     : QLineEdit(parent)
 {
+    setStyle(FieldStyle::shared());
     setFrame(false);
     setFont(appFont(13));
     setPlaceholderText(prompt);
@@ -42,10 +71,18 @@ void TextField::initStyleOption(QStyleOptionFrame *option) const
     option->palette.setColor(QPalette::Base, Qt::transparent);
 }
 
+void TextField::inputMethodEvent(QInputMethodEvent *event)
+{
+    m_isComposing = !event->preeditString().isEmpty();
+    QLineEdit::inputMethodEvent(event);
+}
+
 void TextField::keyPressEvent(QKeyEvent *event)
 {
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
         event->accept();
+    else if (event->matches(QKeySequence::Cancel) && m_isComposing)
+        giveUpComposition();
     else
         QLineEdit::keyPressEvent(event);
 }
@@ -56,4 +93,12 @@ void TextField::paintEvent(QPaintEvent *event)
     paintFieldFrame(painter, rect(), palette());
     painter.end();
     QLineEdit::paintEvent(event);
+}
+
+void TextField::giveUpComposition()
+{
+    QApplication::inputMethod()->reset();
+    // Not every input method answers with it.
+    QInputMethodEvent nothingComposed;
+    QApplication::sendEvent(this, &nothingComposed);
 }

@@ -3,7 +3,8 @@
 #include <QLineEdit>
 
 /// A one-line entry field. Return does nothing in it: no form is sent by a key that people press to
-/// go on. Its accessible name is its prompt until it is given another.
+/// go on. Escape gives up the characters that are being composed, where there are any, before it
+/// means anything to a form. Its accessible name is its prompt until it is given another.
 class TextField : public QLineEdit {
     Q_OBJECT
 
@@ -16,6 +17,12 @@ public:
 
 protected:
     void initStyleOption(QStyleOptionFrame *option) const override;
+    void inputMethodEvent(QInputMethodEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
+
+private:
+    void giveUpComposition();
+
+    bool m_isComposing = false;
 };

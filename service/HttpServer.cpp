@@ -9,6 +9,7 @@
 #include <charconv>
 #include <cstdio>
 #include <filesystem>
+#include <memory>
 #include <mutex>
 #include <netinet/in.h>
 #include <sys/socket.h>
@@ -71,6 +72,17 @@ Call callFrom(const httplib::Request &request)
     return call;
 }
 
+/// Hands over bytes that stay as they are: a body given whole would be packed by the library, and
+/// one that is packed already once more.
+void handOver(std::string bytes, const std::string &type, httplib::Response &response)
+{
+    const auto kept = std::make_shared<const std::string>(std::move(bytes));
+    response.set_content_provider(
+        kept->size(), type, [kept](std::size_t from, std::size_t length, httplib::DataSink &sink) {
+            return sink.write(kept->data() + from, length);
+        });
+}
+
 void give(const Reply &reply, const httplib::Request &request, httplib::Response &response)
 {
     response.status = reply.status;
@@ -85,9 +97,9 @@ void give(const Reply &reply, const httplib::Request &request, httplib::Response
         && acceptsGzip(request.get_header_value("Accept-Encoding"))) {
         response.set_header("Content-Encoding", "gzip");
         response.set_header("Vary", "Accept-Encoding");
-        response.set_content(gzipped(reply.body), reply.contentType);
+        handOver(gzipped(reply.body), reply.contentType, response);
     } else {
-        response.set_content(reply.body, reply.contentType);
+        handOver(reply.body, reply.contentType, response);
     }
 }
 

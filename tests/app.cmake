@@ -5,3 +5,5 @@ target_link_libraries(amorvelle_test_portal PUBLIC Qt6::DBus amorvelle_qt_flags)
 
 amorvelle_add_test(test_color_scheme LINKS platform amorvelle_test_portal)
 amorvelle_add_test(test_app LINKS ostreloapp browse controls amorvelle_test_portal)
+amorvelle_add_test(test_quitting
+    LINKS ostreloapp browse amorvelle_test_http amorvelle_test_portal)

@@ -3,9 +3,13 @@ amorvelle_add_test(test_event_order LINKS browse)
 amorvelle_add_test(test_event_row LINKS browse)
 amorvelle_add_test(test_ownership LINKS browse)
 amorvelle_add_test(test_tag_palette LINKS browse)
-amorvelle_add_test(test_window LINKS browse amorvelle_test_http)
-amorvelle_add_test(test_stack_reading
-    LINKS browse amorvelle_test_http amorvelle_test_service LABELS stack)
+foreach(name test_window test_window_session test_window_deleting test_window_editing)
+    amorvelle_add_test(${name} LINKS browse amorvelle_test_http)
+endforeach()
+foreach(name test_stack_reading test_stack_member)
+    amorvelle_add_test(${name}
+        LINKS browse amorvelle_test_http amorvelle_test_service LABELS stack)
+endforeach()
 
 # No test: takes the pictures in docs/, see scripts/pictures.
 add_executable(take_pictures EXCLUDE_FROM_ALL take_pictures.cpp)

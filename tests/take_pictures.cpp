@@ -5,6 +5,7 @@
 #include "browse/EventRow.h"
 #include "controls/Colors.h"
 #include "support/LocalService.h"
+#include "support/OwnHome.h"
 #include "support/WindowTest.h"
 
 #include <QApplication>
@@ -35,6 +36,7 @@ EventRow *firstRow(const QWidget *window)
 
 int main(int argc, char *argv[])
 {
+    const OwnHome home;
     const QApplication application(argc, argv);
     const QStringList arguments = QApplication::arguments();
     if (arguments.size() != 3)

@@ -1,6 +1,7 @@
 #include "app/OstreloApp.h"
 #include "browse/ContentView.h"
 #include "controls/Colors.h"
+#include "support/OwnHome.h"
 #include "support/StandInPortal.h"
 
 #include <QApplication>
@@ -204,6 +205,7 @@ void TestApp::theToolkitsOwnTextsAreInTheUsersLanguage()
 
 int main(int argc, char *argv[])
 {
+    const OwnHome home;
     const PrivateBus bus;
     qunsetenv("SUPABASE_URL");
     qunsetenv("SUPABASE_KEY");

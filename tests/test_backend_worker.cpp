@@ -5,6 +5,7 @@
 #include "backend/TransportError.h"
 #include "support/Await.h"
 #include "support/EventLoopChecker.h"
+#include "support/ThreadTestMain.h"
 
 #include <QSemaphore>
 #include <QTemporaryDir>
@@ -143,5 +144,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestBackendWorker)
+THREAD_TEST_MAIN(TestBackendWorker)
 #include "test_backend_worker.moc"

@@ -6,6 +6,7 @@
 #include "controls/Fonts.h"
 #include "controls/IconButton.h"
 #include "controls/KeyboardFocus.h"
+#include "controls/LinkLabel.h"
 #include "controls/TabStrip.h"
 #include "controls/TabView.h"
 #include "controls/TextLabel.h"
@@ -253,6 +254,37 @@ private Q_SLOTS:
         setAccessibleRole(&label, QAccessible::Heading);
         QCOMPARE(read(&label)->role(), QAccessible::Heading);
         QCOMPARE(read(&label)->text(QAccessible::Name), QStringLiteral("Novembre 2026"));
+    }
+
+    void tooltipsAreForTheEyeAlone()
+    {
+        IconButton button(Symbol::Trash, QStringLiteral("Supprimer"));
+        QVERIFY(!button.toolTip().isEmpty());
+        QCOMPARE(read(&button)->text(QAccessible::Description), QString());
+        TextLabel label(QStringLiteral("Une phrase qui ne tient pas sur une ligne"), appFont(13));
+        label.setMaximumLines(1);
+        label.resize(60, label.heightForWidth(60));
+        label.show();
+        QVERIFY(!label.toolTip().isEmpty());
+        QCOMPARE(read(&label)->text(QAccessible::Description), QString());
+    }
+
+    void aLinkTellsWhereItLeads()
+    {
+        const QString address = QStringLiteral("https://exemple.fr/?a=<b>&c=2");
+        LinkLabel link(QStringLiteral("Ouvrir le lien"), QUrl(address));
+        QCOMPARE(read(&link)->role(), QAccessible::Link);
+        QCOMPARE(read(&link)->text(QAccessible::Description), QUrl(address).toDisplayString());
+    }
+
+    void aWindowIsReadAsAWindowAndWhatIsInItIsNot()
+    {
+        QWidget window;
+        auto *within = new QWidget(&window);
+        QCOMPARE(read(&window)->role(), QAccessible::Window);
+        QVERIFY(read(within)->role() != QAccessible::Window);
+        QWidget popup(nullptr, Qt::Popup);
+        QVERIFY(read(&popup)->role() != QAccessible::Window);
     }
 
     void whatIsBusySaysSo()

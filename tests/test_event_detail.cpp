@@ -3,10 +3,14 @@
 #include "controls/SectionList.h"
 #include "controls/SymbolLabel.h"
 #include "controls/TextLabel.h"
+#include "support/OwnHome.h"
 #include "support/WindowTest.h"
 
 #include <QApplication>
 #include <QDesktopServices>
+#include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
 
 using namespace WindowTest;
 
@@ -98,6 +102,7 @@ private Q_SLOTS:
 
     void choosingAnEventOpensItAndEscapeGoesBackToItsRow();
     void theButtonClosesToo();
+    void onASmallScreenTheTextScrollsOverTheButton();
     void aReloadBeneathChangesNothingInTheSheet();
     void returnInTheListOpensTheEvent();
 
@@ -269,6 +274,42 @@ void TestEventDetail::theButtonClosesToo()
     QTRY_VERIFY(!window->findChild<EventDetailView *>());
 }
 
+void TestEventDetail::onASmallScreenTheTextScrollsOverTheButton()
+{
+    constexpr int smallScreen = 768;
+    Event event = onlyTitle();
+    event.description =
+        QStringLiteral("Chacun apporte un bol et les voisins des histoires. ").repeated(120);
+    QWidget window;
+    const int end = window.screen()->availableGeometry().bottom() + 1;
+    window.setGeometry(20, end - smallScreen, 760, 620);
+    window.show();
+    EventDetailView sheet(event, paris(), &window);
+    sheet.open();
+
+    const auto place = [](const QWidget *widget) {
+        return QRect(widget->mapToGlobal(QPoint()), widget->size());
+    };
+    const QRect card = sheet.card().translated(sheet.pos());
+    QCOMPARE(card.bottom() + 1, end - 16);
+    const auto *close = button(&sheet, QStringLiteral("Fermer"));
+    QVERIFY(close);
+    const QRect fixed = place(close);
+    QVERIFY(card.contains(fixed));
+
+    auto *area = sheet.findChild<QScrollArea *>();
+    const QRect seen = place(area->viewport());
+    QVERIFY(seen.bottom() < fixed.top());
+    const auto labels = sheet.findChildren<TextLabel *>();
+    const TextLabel *text = labels.last();
+    QCOMPARE(text->text(), *event.description);
+    QVERIFY(seen.contains(place(text).topLeft()));
+    QVERIFY(place(text).bottom() > end);
+    area->verticalScrollBar()->setValue(area->verticalScrollBar()->maximum());
+    QVERIFY(seen.contains(place(text).bottomLeft()));
+    QCOMPARE(place(close), fixed);
+}
+
 void TestEventDetail::aReloadBeneathChangesNothingInTheSheet()
 {
     m_server.answer(reply({row(QStringLiteral("a"), 1)}));
@@ -301,6 +342,7 @@ void TestEventDetail::returnInTheListOpensTheEvent()
 
 int main(int argc, char *argv[])
 {
+    const OwnHome home;
     const QApplication application(argc, argv);
     HttpServer server;
     // The configuration is read once, at the first use of the service.

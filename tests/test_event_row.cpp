@@ -343,6 +343,7 @@ void TestEventRow::chipsThatDoNotFitGiveWayToAnEllipsis()
     chips.resize(1000, chips.sizeHint().height());
     chips.show();
     QVERIFY(chips.toolTip().isEmpty());
+    QCOMPARE(chips.accessibleName(), QStringLiteral("Vie du village, Spectacle, Jeune public"));
     const QFontMetrics metrics(chips.font());
     const int first = metrics.horizontalAdvance(QStringLiteral("Vie du village")) + 12;
     chips.resize(first + 6 + metrics.horizontalAdvance(QChar(0x2026)), chips.height());

@@ -12,6 +12,7 @@ private Q_SLOTS:
     void wheelStepsMoveTheRowsByExactlyTheirWay();
     void scrollingUpIntoRowsNeverSeenMovesNothingInView();
     void theEndShowsTheLastRowWhole();
+    void askingForARowThatIsNotThereMovesNothing();
     void aSmallScrollRepaintsOnlyTheStripThatComesIntoView();
     void draggingTheThumbReachesBothEnds();
     void whileTheThumbIsHeldItsRangeStandsStill();
@@ -136,6 +137,21 @@ void TestSectionList::theEndShowsTheLastRowWhole()
     for (int step = 0; step < 60; ++step)
         window.wheel({0, -120});
     QCOMPARE(window.topOf(4999) + window.row(4999)->height(), window.list->height() - 1);
+}
+
+void TestSectionList::askingForARowThatIsNotThereMovesNothing()
+{
+    ListWindow window;
+    window.list->showRow(0);
+    QCOMPARE(window.list->scrollBar()->value(), 0);
+    window.setRows(100);
+    window.list->showRow(50);
+    const int place = window.list->scrollBar()->value();
+    QVERIFY(place > 0);
+    window.list->showRow(-1);
+    window.list->showRow(100);
+    QCOMPARE(window.list->scrollBar()->value(), place);
+    QVERIFY(window.isSeamless());
 }
 
 void TestSectionList::aSmallScrollRepaintsOnlyTheStripThatComesIntoView()

@@ -9,6 +9,7 @@ private Q_SLOTS:
     void theReaderFindsAListOfHeadingsAndRows();
     void theReaderWalksThroughRowsThatHaveNoWidget();
     void givingAFarRowTheFocusScrollsToIt();
+    void aRowThatComesIntoViewIsStillTheOneInHand();
     void rowsArePressedThroughTheReader();
     void theSelectedRowReadsAsSelected();
 };
@@ -82,6 +83,23 @@ void TestSectionListReader::givingAFarRowTheFocusScrollsToIt()
     // From there to the next one, which is near and has a widget.
     QCOMPARE(interfaceOf(window.list)->child(50006)->text(QAccessible::Name),
              QString::number(name.toInt() + 1));
+}
+
+void TestSectionListReader::aRowThatComesIntoViewIsStillTheOneInHand()
+{
+    ListWindow window;
+    window.setRows(1000);
+    auto *item = interfaceOf(window.list)->child(552);
+    QCOMPARE(item->childCount(), 0);
+    QVERIFY(!item->state().focused);
+
+    item->actionInterface()->doAction(QAccessibleActionInterface::setFocusAction());
+    QVERIFY(item->state().focused);
+    QVERIFY(!item->state().offscreen);
+    QCOMPARE(item->childCount(), 1);
+    QCOMPARE(item->child(0)->object(), window.row(501)->button());
+    window.list->setSelectedRow(QStringLiteral("501"));
+    QVERIFY(item->state().selected);
 }
 
 void TestSectionListReader::rowsArePressedThroughTheReader()

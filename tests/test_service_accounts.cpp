@@ -8,6 +8,9 @@
 #include <QRegularExpression>
 #include <QTest>
 
+#include <algorithm>
+#include <cstring>
+
 namespace {
 
 QByteArray credentials(const QByteArray &email, const QByteArray &password)
@@ -34,9 +37,11 @@ class TestServiceAccounts : public QObject {
 
 private:
     ServiceReply ask(LocalService &service, const QByteArray &verb, const QByteArray &operation,
-                     const QByteArray &body = {}, const QString &token = {})
+                     const QByteArray &body = {}, const QString &token = {},
+                     const Headers &more = {})
     {
         Headers headers{{"apikey", service.key().toLatin1()}, {"Content-Type", "application/json"}};
+        headers += more;
         if (!token.isEmpty()) {
             headers += Headers{{"Authorization", "Bearer " + token.toLatin1()}};
         }
@@ -62,6 +67,28 @@ private:
 private Q_SLOTS:
     void initTestCase() { QVERIFY(m_service.isRunning()); }
     void cleanupTestCase() { QVERIFY2(m_service.stop(), qPrintable(m_service.output())); }
+
+    void aLongAnswerIsPackedOnceAndAShortOneNotAtAll()
+    {
+        const Headers packed{{"Accept-Encoding", "gzip"}};
+        const ServiceReply reply = ask(m_service, "POST", "signup",
+                                       credentials("paul@test.example", "motdepasse"), {}, packed);
+        QVERIFY2(reply.status == 200, reply.body);
+        const auto isEncoding = [](const auto &header) {
+            return header.first.compare("Content-Encoding", Qt::CaseInsensitive) == 0;
+        };
+        QCOMPARE(std::count_if(reply.headers.begin(), reply.headers.end(), isEncoding), 1);
+        QCOMPARE(reply.header("Content-Encoding"), "gzip");
+        // What it says of its own length is that of a session, not of a second wrapping.
+        quint32 length = 0;
+        memcpy(&length, reply.body.constData() + reply.body.size() - 4, 4);
+        QVERIFY(length > static_cast<quint32>(reply.body.size()));
+
+        const ServiceReply refused = ask(m_service, "POST", "token?grant_type=password",
+                                         credentials("paul@test.example", "not it"), {}, packed);
+        QCOMPARE(refused.header("Content-Encoding"), QByteArray());
+        QVERIFY(!refused.object().isEmpty());
+    }
 
     void aNewAccountIsSignedInAtOnce()
     {

@@ -1,4 +1,5 @@
 #include "support/LocalService.h"
+#include "support/OwnHome.h"
 #include "support/WindowTest.h"
 
 #include "browse/EventRow.h"
@@ -39,6 +40,7 @@ void TestStackReading::theVillagesEventsComeOutOfTheDatabaseIntoTwoTabs()
 
 int main(int argc, char *argv[])
 {
+    const OwnHome home;
     const QApplication application(argc, argv);
     LocalService service;
     if (!service.isRunning())

@@ -2,6 +2,7 @@
 #include "controls/Accessibility.h"
 #include "controls/SectionList.h"
 #include "controls/TabStrip.h"
+#include "support/OwnHome.h"
 #include "support/WindowTest.h"
 
 #include <QApplication>
@@ -10,31 +11,6 @@
 #include <algorithm>
 
 using namespace WindowTest;
-
-namespace {
-
-SectionList *shownList(const ContentView *window)
-{
-    const auto lists = window->findChildren<SectionList *>();
-    const auto shown = std::find_if(lists.begin(), lists.end(),
-                                    [](const SectionList *list) { return list->isVisible(); });
-    return shown == lists.end() ? nullptr : *shown;
-}
-
-/// The headings of a list, as a screen reader finds them.
-QStringList headings(SectionList *list)
-{
-    QStringList titles;
-    const QAccessibleInterface *reader = QAccessible::queryAccessibleInterface(list);
-    for (int i = 0; reader && i < reader->childCount(); ++i) {
-        const QAccessibleInterface *child = reader->child(i);
-        if (child && child->role() == QAccessible::Heading)
-            titles.append(child->text(QAccessible::Name));
-    }
-    return titles;
-}
-
-} // namespace
 
 /// The main window against a loopback service.
 class TestWindow : public QObject {
@@ -70,9 +46,7 @@ private Q_SLOTS:
     void aWindowClosedWhileLoadingIsJustGone();
     void twoWindowsKeepTheirOwnTabs();
     void signedOutTheHeaderOffersAnAccountAndNoNewEvent();
-    void pressingTheHeadersButtonsLeavesTheWindowAsItIs();
     void anEventWithoutOwnerShowsItsButtonsWhenSignedOut();
-    void aRowsButtonsNeverOpenTheRow();
     void clickingARowChoosesIt();
     void theWindowNeverGetsSmallerThanItsContentNeeds();
 
@@ -373,16 +347,6 @@ void TestWindow::signedOutTheHeaderOffersAnAccountAndNoNewEvent()
     QVERIFY(named(window.get(), QStringLiteral("Les événements à Morvelle et ses environs")));
 }
 
-void TestWindow::pressingTheHeadersButtonsLeavesTheWindowAsItIs()
-{
-    m_server.answer(reply({row(QStringLiteral("a"), 1)}));
-    const auto window = shownWindow();
-    QTRY_VERIFY(named(window.get(), QStringLiteral("a")));
-    for (const auto &name : {QStringLiteral("Ajouter un compte"), QStringLiteral("Compte")})
-        QTest::mouseClick(button(window.get(), name), Qt::LeftButton);
-    QVERIFY(named(window.get(), QStringLiteral("a")));
-}
-
 void TestWindow::anEventWithoutOwnerShowsItsButtonsWhenSignedOut()
 {
     m_server.answer(reply({
@@ -395,19 +359,6 @@ void TestWindow::anEventWithoutOwnerShowsItsButtonsWhenSignedOut()
     QVERIFY(button(named(window.get(), QStringLiteral("free")), QStringLiteral("Supprimer")));
     QVERIFY(!button(named(window.get(), QStringLiteral("owned")), QStringLiteral("Modifier")));
     QVERIFY(!button(named(window.get(), QStringLiteral("owned")), QStringLiteral("Supprimer")));
-}
-
-void TestWindow::aRowsButtonsNeverOpenTheRow()
-{
-    m_server.answer(reply({row(QStringLiteral("free"), 1)}));
-    const auto window = shownWindow();
-    QTRY_VERIFY(named(window.get(), QStringLiteral("free")));
-    auto *free = qobject_cast<EventRow *>(named(window.get(), QStringLiteral("free")));
-    QVERIFY(free);
-    QTest::mouseClick(button(free, QStringLiteral("Modifier")), Qt::LeftButton);
-    QVERIFY(!free->isSelected());
-    QTest::mouseClick(button(free, QStringLiteral("Supprimer")), Qt::LeftButton);
-    QVERIFY(!free->isSelected());
 }
 
 void TestWindow::clickingARowChoosesIt()
@@ -432,6 +383,7 @@ void TestWindow::theWindowNeverGetsSmallerThanItsContentNeeds()
 
 int main(int argc, char *argv[])
 {
+    const OwnHome home;
     const QApplication application(argc, argv);
     installAccessibility();
     HttpServer server;

@@ -1,5 +1,5 @@
 #include "platform/Worker.h"
-#include "support/TestWatchdog.h"
+#include "support/ThreadTestMain.h"
 
 #include <QSemaphore>
 #include <QSignalSpy>
@@ -186,5 +186,5 @@ void WorkerTest::theMainThreadGoesOnWhileAJobRuns()
     QCOMPARE(ticks, 3);
 }
 
-QTEST_GUILESS_MAIN(WorkerTest)
+THREAD_TEST_MAIN(WorkerTest)
 #include "test_worker.moc"

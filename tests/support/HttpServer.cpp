@@ -1,11 +1,11 @@
 #include "support/HttpServer.h"
 
-#include <QPointer>
 #include <QTimer>
 
 #include <algorithm>
 #include <memory>
 #include <sys/socket.h>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -102,6 +102,13 @@ HttpAnswer HttpAnswer::rst()
     return silence().thenRst();
 }
 
+HttpAnswer HttpAnswer::whenReleased() const
+{
+    HttpAnswer answer = *this;
+    answer.m_steps.prepend({Step::Kind::hold});
+    return answer;
+}
+
 HttpAnswer HttpAnswer::late(int milliseconds) const
 {
     HttpAnswer answer = *this;
@@ -172,6 +179,15 @@ void HttpServer::answerInTurn(const QList<HttpAnswer> &answers)
     };
 }
 
+void HttpServer::release()
+{
+    const QList<Held> held = std::exchange(m_held, {});
+    for (const Held &answer : held) {
+        if (answer.socket)
+            run(answer.socket, answer.rest);
+    }
+}
+
 void HttpServer::accept()
 {
     while (QTcpSocket *const socket = m_server.nextPendingConnection()) {
@@ -207,6 +223,9 @@ void HttpServer::run(QTcpSocket *socket, const QList<HttpAnswer::Step> &steps)
     for (qsizetype i = 0; i < steps.size(); ++i) {
         const HttpAnswer::Step &step = steps.at(i);
         switch (step.kind) {
+        case Kind::hold:
+            m_held.append({socket, steps.sliced(i + 1)});
+            return;
         case Kind::send:
             socket->write(step.bytes);
             break;

@@ -3,6 +3,7 @@
 #include <QElapsedTimer>
 #include <QHash>
 #include <QList>
+#include <QPointer>
 #include <QTcpServer>
 #include <QTcpSocket>
 #include <functional>
@@ -45,6 +46,8 @@ public:
     static HttpAnswer fin();
     static HttpAnswer rst();
 
+    /// The same answer, begun when the server's release() is called.
+    HttpAnswer whenReleased() const;
     /// The same answer, begun later.
     HttpAnswer late(int milliseconds) const;
     /// The same answer, its bytes in pieces of this size with a pause between.
@@ -59,7 +62,7 @@ private:
     friend class HttpServer;
 
     struct Step {
-        enum class Kind { send, wait, fin, rst };
+        enum class Kind { hold, send, wait, fin, rst };
         Kind kind;
         QByteArray bytes = {};
         int milliseconds = 0;
@@ -87,6 +90,9 @@ public:
     void answerInTurn(const QList<HttpAnswer> &answers);
     void answerWith(const Handler &handler) { m_handler = handler; }
 
+    /// Goes on with all answers that wait for it.
+    void release();
+
     /// Every request so far, in order of its arrival.
     const QList<HttpRequest> &requests() const { return m_requests; }
     int connections() const { return m_connections; }
@@ -108,6 +114,11 @@ private:
         QByteArray unread;
     };
     QHash<QTcpSocket *, Connection> m_open;
+    struct Held {
+        QPointer<QTcpSocket> socket;
+        QList<HttpAnswer::Step> rest;
+    };
+    QList<Held> m_held;
     QList<HttpRequest> m_requests;
     int m_connections = 0;
     QTcpServer m_server; // last: its sockets report their end to the members above

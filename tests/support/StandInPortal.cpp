@@ -2,9 +2,13 @@
 
 #include <QUuid>
 
+#include <csignal>
+#include <sys/prctl.h>
+
 PrivateBus::PrivateBus()
 {
     m_daemon.setProcessChannelMode(QProcess::SeparateChannels);
+    m_daemon.setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGTERM); });
     m_daemon.start(QStringLiteral("dbus-daemon"),
                    {QStringLiteral("--session"), QStringLiteral("--nofork"),
                     QStringLiteral("--nopidfile"), QStringLiteral("--nosyslog"),

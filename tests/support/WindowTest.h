@@ -1,14 +1,18 @@
 #pragma once
 
 #include "browse/ContentView.h"
+#include "controls/SectionList.h"
 #include "support/HttpServer.h"
 
 #include <QAbstractButton>
+#include <QAccessible>
 #include <QDateTime>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QTest>
+
+#include <algorithm>
 #include <memory>
 
 /// Ways for a test to meet the window as a person does: by what is visible and how it is named.
@@ -56,6 +60,28 @@ inline QAbstractButton *button(const QWidget *within, const QString &name)
             return candidate;
     }
     return nullptr;
+}
+
+/// The list in view.
+inline SectionList *shownList(const ContentView *window)
+{
+    const auto lists = window->findChildren<SectionList *>();
+    const auto shown = std::find_if(lists.begin(), lists.end(),
+                                    [](const SectionList *list) { return list->isVisible(); });
+    return shown == lists.end() ? nullptr : *shown;
+}
+
+/// The headings of a list, as a screen reader finds them.
+inline QStringList headings(SectionList *list)
+{
+    QStringList titles;
+    const QAccessibleInterface *reader = QAccessible::queryAccessibleInterface(list);
+    for (int i = 0; reader && i < reader->childCount(); ++i) {
+        const QAccessibleInterface *child = reader->child(i);
+        if (child && child->role() == QAccessible::Heading)
+            titles.append(child->text(QAccessible::Name));
+    }
+    return titles;
 }
 
 inline std::unique_ptr<ContentView> shownWindow()

@@ -1,0 +1,159 @@
+#include "controls/Popover.h"
+
+#include "controls/Accessibility.h"
+#include "controls/Colors.h"
+#include "controls/Compositing.h"
+#include "controls/KeyboardFocus.h"
+#include "controls/PopupCard.h"
+#include "controls/PopupPlacement.h"
+
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QScreen>
+#include <QVBoxLayout>
+#include <QWindow>
+
+#include <algorithm>
+#include <utility>
+
+namespace {
+
+constexpr int cardWidth = 220;
+constexpr int padding = 12;
+constexpr int gap = 6;
+
+/// Whether the person came to a control by keyboard and sees its ring.
+bool isReachedByKeyboard(const QWidget *widget)
+{
+    const auto watchers = widget->findChildren<KeyboardFocus *>(Qt::FindDirectChildrenOnly);
+    return std::any_of(watchers.begin(), watchers.end(),
+                       [](const KeyboardFocus *focus) { return focus->isVisible(); });
+}
+
+QWidget *firstOnTabsWay(const QWidget *window)
+{
+    for (QWidget *widget = window->nextInFocusChain(); widget != window;
+         widget = widget->nextInFocusChain()) {
+        if ((widget->focusPolicy() & Qt::TabFocus) && widget->isEnabled() && !widget->isHidden())
+            return widget;
+    }
+    return nullptr;
+}
+
+} // namespace
+
+Popover::Popover(QWidget *anchor)
+    : QWidget(anchor, Qt::Popup | Qt::FramelessWindowHint | Qt::NoDropShadowWindowHint)
+    , m_anchor(anchor)
+    , m_composited(isComposited())
+    , m_column(new QVBoxLayout(this))
+{
+    setAttribute(Qt::WA_TranslucentBackground, m_composited);
+    // A click on the anchor would open it again.
+    setAttribute(Qt::WA_NoMouseReplay);
+    setAccessibleName(anchor->accessibleName());
+    setAccessibleRole(this, QAccessible::Dialog);
+    m_column->setContentsMargins(popupMargins(m_composited)
+                                 + QMargins(padding, padding, padding, padding));
+    m_column->setSizeConstraint(QLayout::SetNoConstraint);
+}
+
+void Popover::setContent(QWidget *content)
+{
+    if (QWidget *old = std::exchange(m_content, content)) {
+        m_column->removeWidget(old);
+        // It may be the one whose button asked for this.
+        old->hide();
+        old->deleteLater();
+    }
+    m_column->addWidget(content);
+}
+
+void Popover::open()
+{
+    m_isOpen = true;
+    place();
+    if (isReachedByKeyboard(m_anchor))
+        giveFocus();
+    show();
+}
+
+QRect Popover::card() const
+{
+    return rect().marginsRemoved(popupMargins(m_composited));
+}
+
+bool Popover::event(QEvent *event)
+{
+    const bool isTaken = QWidget::event(event);
+    if (event->type() == QEvent::LayoutRequest && m_isOpen)
+        place();
+    return isTaken;
+}
+
+void Popover::hideEvent(QHideEvent *event)
+{
+    QWidget::hideEvent(event);
+    if (event->spontaneous() || !m_isOpen)
+        return;
+    m_isOpen = false;
+    // Where the keyboard went to the popup's window, it must not end with it.
+    if (!QGuiApplication::focusWindow() || QGuiApplication::focusWindow() == windowHandle())
+        m_anchor->window()->activateWindow();
+    // As a popup that closes, so that the anchor's ring shows if it did before.
+    m_anchor->setFocus(Qt::PopupFocusReason);
+    Q_EMIT closed();
+}
+
+void Popover::keyPressEvent(QKeyEvent *event)
+{
+    if (event->matches(QKeySequence::Cancel))
+        close();
+    else
+        QWidget::keyPressEvent(event);
+}
+
+void Popover::mousePressEvent(QMouseEvent *event)
+{
+    event->accept();
+    if (!card().contains(event->position().toPoint()))
+        close();
+}
+
+void Popover::paintEvent(QPaintEvent *event)
+{
+    QPainter painter(this);
+    // No shadow anew for what changes within the card, a pressed button say.
+    if (m_column->contentsRect().contains(event->rect()))
+        painter.fillRect(event->rect(), popupColor(palette()));
+    else
+        paintPopupCard(painter, rect(), palette(), m_composited);
+}
+
+QSize Popover::naturalSize() const
+{
+    const QMargins margins = popupMargins(m_composited);
+    const int width = std::max(cardWidth + margins.left() + margins.right(),
+                               m_column->totalMinimumSize().width());
+    const int height = m_column->hasHeightForWidth() ? m_column->totalHeightForWidth(width)
+                                                     : m_column->totalSizeHint().height();
+    return {width, height};
+}
+
+void Popover::place()
+{
+    const QMargins margins = popupMargins(m_composited);
+    const QRect anchor(m_anchor->mapToGlobal(QPoint()), m_anchor->size());
+    const QSize size = naturalSize().shrunkBy(margins);
+    const QRect card = popupPlace(anchor, size, PopupAlignment::Right, gap,
+                                  m_anchor->screen()->availableGeometry());
+    setGeometry(card.marginsAdded(margins));
+}
+
+void Popover::giveFocus()
+{
+    if (QWidget *first = firstOnTabsWay(this))
+        KeyboardFocus::give(first);
+}

@@ -1,0 +1,148 @@
+#include "controls/SegmentedControl.h"
+
+#include "controls/Accessibility.h"
+#include "controls/Colors.h"
+#include "controls/FocusRing.h"
+#include "controls/Fonts.h"
+#include "controls/Painting.h"
+#include "controls/Shadow.h"
+#include "controls/TextLabel.h"
+
+#include <QHBoxLayout>
+#include <QPainter>
+#include <QRadioButton>
+
+namespace {
+
+constexpr int labelGap = 10;
+constexpr int trackRadius = 7;
+constexpr int inset = 2;
+constexpr int segmentRadius = 5;
+constexpr int padding = 12;
+constexpr int trackHeight = 28;
+
+/// One segment. It paints its text only: what marks the chosen one reaches beyond it.
+class Segment final : public QRadioButton {
+public:
+    Segment(const QString &text, QWidget *parent)
+        : QRadioButton(parent)
+        , m_text(text)
+    {
+        setFont(appFont(13, QFont::Medium));
+        setAccessibleName(text);
+        setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+        new FocusRing(this, segmentRadius);
+    }
+
+    QSize sizeHint() const override { return {2 * padding + textWidth(), segmentHeight()}; }
+
+    QSize minimumSizeHint() const override
+    {
+        const int ellipsis = 2 * fontMetrics().height();
+        return {2 * padding + std::min(textWidth(), ellipsis), segmentHeight()};
+    }
+
+protected:
+    bool hitButton(const QPoint &position) const override { return rect().contains(position); }
+
+    void paintEvent(QPaintEvent *) override
+    {
+        const QRect label = rect().adjusted(padding, 0, -padding, 0);
+        QPainter painter(this);
+        painter.setPen(isChecked() ? primaryText(palette()) : secondaryText(palette()));
+        painter.drawText(label, Qt::AlignCenter | Qt::TextSingleLine | Qt::TextDontClip,
+                         isCut() ? fontMetrics().elidedText(m_text, Qt::ElideRight, label.width())
+                                 : m_text);
+    }
+
+    void resizeEvent(QResizeEvent *event) override
+    {
+        QRadioButton::resizeEvent(event);
+        setPlainToolTip(this, isCut() ? m_text : QString());
+    }
+
+private:
+    int textWidth() const { return fontMetrics().horizontalAdvance(m_text); }
+    static int segmentHeight() { return scaled(trackHeight) - 2 * inset; }
+    bool isCut() const { return textWidth() > width() - 2 * padding; }
+
+    QString m_text;
+};
+
+/// What the segments lie in.
+class Track final : public QWidget {
+public:
+    explicit Track(QWidget *parent)
+        : QWidget(parent)
+    {
+    }
+
+protected:
+    void paintEvent(QPaintEvent *) override
+    {
+        QPainter painter(this);
+        fillRounded(painter, rect(), trackRadius, accountLift(palette()));
+        fillRounded(painter, rect(), trackRadius, buttonFill(palette()));
+        const auto segments = findChildren<QRadioButton *>(Qt::FindDirectChildrenOnly);
+        for (const auto *segment : segments) {
+            if (!segment->isChecked())
+                continue;
+            paintShadow(painter, segment->geometry(), {1, 2, segmentShadow(palette())});
+            fillRounded(painter, segment->geometry(), segmentRadius, segmentFill(palette()));
+        }
+    }
+};
+
+} // namespace
+
+SegmentedControl::SegmentedControl(const QString &label, const QStringList &segments,
+                                   QWidget *parent)
+    : QWidget(parent)
+{
+    auto *shownLabel = new TextLabel(label, appFont(13), primaryText, this);
+    auto *track = new Track(this);
+    setAccessibleName(label);
+    setAccessibleRole(this, QAccessible::Grouping);
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+
+    auto *trackRow = new QHBoxLayout(track);
+    trackRow->setContentsMargins(inset, inset, inset, inset);
+    trackRow->setSpacing(0);
+    for (const QString &text : segments)
+        addSegment(text, track);
+    setCurrentIndex(0);
+
+    auto *row = new QHBoxLayout(this);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(labelGap);
+    row->addWidget(shownLabel, 0, Qt::AlignVCenter);
+    row->addWidget(track);
+    row->addStretch();
+}
+
+void SegmentedControl::setCurrentIndex(int index)
+{
+    if (index >= 0 && index < count())
+        m_segments[index]->setChecked(true);
+}
+
+void SegmentedControl::addSegment(const QString &text, QWidget *track)
+{
+    const int index = count();
+    auto *segment = new Segment(text, track);
+    connect(segment, &QRadioButton::toggled, this, [this, track, index](bool isChosen) {
+        track->update();
+        if (isChosen)
+            follow(index);
+    });
+    track->layout()->addWidget(segment);
+    m_segments.append(segment);
+}
+
+void SegmentedControl::follow(int index)
+{
+    m_current = index;
+    for (int i = 0; i < count(); ++i)
+        m_segments[i]->setFocusPolicy(i == index ? Qt::StrongFocus : Qt::ClickFocus);
+    Q_EMIT currentChanged(index);
+}

@@ -1,0 +1,99 @@
+#include "support/ReaderDesktop.h"
+
+#include <QDBusReply>
+#include <QDir>
+#include <QTest>
+
+#include <csignal>
+#include <sys/prctl.h>
+
+namespace {
+
+constexpr int patience = 60'000; ///< milliseconds; a busy machine under a sanitizer is slow
+
+const QString &busName()
+{
+    static const QString name = QStringLiteral("org.a11y.Bus");
+    return name;
+}
+
+const QString &busPath()
+{
+    static const QString path = QStringLiteral("/org/a11y/bus");
+    return path;
+}
+
+} // namespace
+
+ReaderDesktop::ReaderDesktop()
+    : m_bus(QString())
+{
+    qputenv("HOME", m_folder.path().toLocal8Bit());
+    qputenv("XDG_RUNTIME_DIR", m_folder.path().toLocal8Bit());
+    for (const char *name : {"XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_DATA_HOME"})
+        qputenv(name, m_folder.filePath(QString::fromLatin1(name)).toLocal8Bit());
+    // The switch is a desktop setting: this desktop's are forgotten with it.
+    qputenv("GSETTINGS_BACKEND", "memory");
+    // Else it would name the accessibility bus of the desktop that the test is run on.
+    qunsetenv("AT_SPI_BUS_ADDRESS");
+
+    startScreen();
+    m_manager = std::make_unique<StandInWindowManager>();
+    m_session = std::make_unique<PrivateBus>();
+    const QString address = accessibilityBus();
+    m_bus = QDBusConnection::connectToBus(address, QStringLiteral("reader"));
+    if (!m_bus.isConnected())
+        qFatal("no accessibility bus at %s", qPrintable(address));
+    switchOn();
+}
+
+ReaderDesktop::~ReaderDesktop()
+{
+    // The accessibility service follows the session bus, and its own bus follows it.
+    m_session.reset();
+    if (!QTest::qWaitFor([this] { return !m_bus.isConnected(); }, patience))
+        qWarning("the accessibility bus outlives its session");
+    QDBusConnection::disconnectFromBus(QStringLiteral("reader"));
+    m_manager.reset();
+    m_screen.terminate();
+    m_screen.waitForFinished();
+}
+
+void ReaderDesktop::startScreen()
+{
+    m_screen.setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGTERM); });
+    // It takes the first number that is free and tells which, once it serves.
+    m_screen.start(QStringLiteral("Xvfb"),
+                   {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"),
+                    QStringLiteral("0"), QStringLiteral("1366x768x24"), QStringLiteral("-nolisten"),
+                    QStringLiteral("tcp")});
+    if (!m_screen.waitForReadyRead(patience))
+        qFatal("Xvfb did not start: %s", m_screen.readAllStandardError().constData());
+    qputenv("DISPLAY", ":" + m_screen.readLine().trimmed());
+}
+
+QString ReaderDesktop::accessibilityBus() const
+{
+    auto session = QDBusConnection::connectToBus(m_session->address(), QStringLiteral("session"));
+    const auto question = QDBusMessage::createMethodCall(busName(), busPath(), busName(),
+                                                         QStringLiteral("GetAddress"));
+    const QDBusReply<QString> address = session.call(question, QDBus::Block, patience);
+    QDBusConnection::disconnectFromBus(QStringLiteral("session"));
+    if (!address.isValid())
+        qFatal("no accessibility service: %s", qPrintable(address.error().message()));
+    return address;
+}
+
+void ReaderDesktop::switchOn() const
+{
+    auto session = QDBusConnection::connectToBus(m_session->address(), QStringLiteral("session"));
+    auto wish = QDBusMessage::createMethodCall(busName(), busPath(),
+                                               QStringLiteral("org.freedesktop.DBus.Properties"),
+                                               QStringLiteral("Set"));
+    wish << QStringLiteral("org.a11y.Status") << QStringLiteral("IsEnabled")
+         << QVariant::fromValue(QDBusVariant(true));
+    const QDBusMessage answer = session.call(wish, QDBus::Block, patience);
+    QDBusConnection::disconnectFromBus(QStringLiteral("session"));
+    if (answer.type() == QDBusMessage::ErrorMessage)
+        qFatal("accessibility cannot be switched on: %s", qPrintable(answer.errorMessage()));
+}

@@ -1,0 +1,116 @@
+// What is still on its way when the last window closes.
+
+#include "app/OstreloApp.h"
+#include "support/MembersWindow.h"
+#include "support/OwnHome.h"
+#include "support/StandInPortal.h"
+
+#include <QApplication>
+#include <QSignalSpy>
+#include <QTimer>
+
+using namespace Qt::StringLiterals;
+using namespace WindowTest;
+using namespace MembersWindow;
+
+class TestQuitting : public QObject {
+    Q_OBJECT
+
+    HttpServer &m_server;
+    HttpAnswer m_toDelete = HttpAnswer::whole(204, "");
+    HttpAnswer m_toLoad;
+    std::unique_ptr<OstreloApp> m_application;
+    ContentView *m_window = nullptr; // frees itself when it closes
+
+    /// Presses the bin and confirms, and returns when the service has heard of it.
+    void beginDelete()
+    {
+        const int before = count(m_server, "DELETE");
+        click(named(m_window, u"mine"_s), u"Supprimer"_s);
+        QTRY_VERIFY(sheet(m_window) && sheet(m_window)->isActiveWindow());
+        click(sheet(m_window), u"Supprimer"_s);
+        QTRY_COMPARE(count(m_server, "DELETE"), before + 1);
+    }
+
+    /// Closes the window and runs the program to its end.
+    int closeAndRun()
+    {
+        QTimer::singleShot(0, m_window, &QWidget::close);
+        return QApplication::exec();
+    }
+
+public:
+    explicit TestQuitting(HttpServer &server)
+        : m_server(server)
+    {
+    }
+
+private Q_SLOTS:
+    void init()
+    {
+        m_toDelete = HttpAnswer::whole(204, "");
+        m_toLoad = reply({row(u"mine"_s, 3, {{u"user_id"_s, u"moi"_s}})});
+        m_server.answerWith([this](const HttpRequest &request) {
+            if (request.method == "GET")
+                return m_toLoad;
+            return request.method == "DELETE" ? m_toDelete
+                                              : HttpAnswer::whole(200, sessionOf("moi"));
+        });
+        m_application = std::make_unique<OstreloApp>();
+        QTRY_VERIFY(qobject_cast<ContentView *>(QApplication::activeWindow()));
+        m_window = qobject_cast<ContentView *>(QApplication::activeWindow());
+        signInAs(u"a@b.fr"_s);
+        QTRY_VERIFY(named(m_window, u"mine"_s));
+        QTRY_VERIFY(button(named(m_window, u"mine"_s), u"Supprimer"_s));
+    }
+    void cleanup() { m_application.reset(); }
+
+    void withNothingOnItsWayTheProgramEnds() { QCOMPARE(closeAndRun(), 0); }
+
+    void aWriteIsAnsweredBeforeTheProgramEnds()
+    {
+        m_toDelete = HttpAnswer::whole(204, "").late(300);
+        beginDelete();
+        const QSignalSpy answered(&m_server, &HttpServer::answered);
+        QCOMPARE(closeAndRun(), 0);
+        QCOMPARE(answered.count(), 1);
+    }
+
+    void aLoadIsDroppedAtOnce()
+    {
+        m_toLoad = HttpAnswer::silence();
+        const int before = count(m_server, "GET");
+        QTest::keyClick(m_window, Qt::Key_F5);
+        QTRY_COMPARE(count(m_server, "GET"), before + 1);
+        // Less than what a write would be granted.
+        bool hasLingered = false;
+        QTimer::singleShot(4000, this, [&hasLingered] { hasLingered = true; });
+        QCOMPARE(closeAndRun(), 0);
+        QVERIFY(!hasLingered);
+    }
+
+    // The last of them: the write it leaves behind is never over.
+    void aWriteThatIsNeverAnsweredDoesNotHoldTheProgramForEver()
+    {
+        m_toDelete = HttpAnswer::silence();
+        beginDelete();
+        bool hasLingered = false;
+        QTimer::singleShot(3000, this, [&hasLingered] { hasLingered = true; });
+        QCOMPARE(closeAndRun(), 0);
+        QVERIFY(hasLingered);
+    }
+};
+
+int main(int argc, char *argv[])
+{
+    const OwnHome home;
+    const PrivateBus bus;
+    const QApplication application(argc, argv);
+    HttpServer server;
+    qputenv("SUPABASE_URL", server.base().toLatin1());
+    qputenv("SUPABASE_KEY", "public-key");
+    TestQuitting test(server);
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "test_quitting.moc"
