@@ -15,8 +15,8 @@ public:
     const QString &shown() const { return m_shown; }
 
     /// The whole text with the changes that turn what is shown into `now`. The mark stands for the
-    /// rest: it goes when the mark is deleted. Between the first and the last change the line breaks
-    /// are those of the field.
+    /// rest: it goes when the mark is deleted. Between the first and the last change the line
+    /// breaks are those of the field.
     QString wholeAfter(const QString &now) const;
 
     static constexpr qsizetype mostShown = 20'000;
