@@ -1,130 +1,24 @@
 #include "controls/Menu.h"
 
-#include "controls/Colors.h"
 #include "controls/Compositing.h"
 #include "controls/Fonts.h"
-#include "controls/Painting.h"
+#include "controls/MenuStyle.h"
 #include "controls/PopupCard.h"
 #include "controls/PopupPlacement.h"
-#include "controls/Symbols.h"
 
-#include <QCommonStyle>
 #include <QMouseEvent>
-#include <QPainter>
 #include <QScreen>
-#include <QStyleOptionMenuItem>
 
 #include <algorithm>
 
 namespace {
 
 constexpr int gapToAnchor = 4;
-constexpr int padding = 4;
-constexpr int itemHeight = 26;
-constexpr int itemRadius = 5;
-constexpr int textLeft = 28;
-constexpr int textRight = 12;
-constexpr int checkmarkSize = 14;
-constexpr int checkmarkLeft = 8;
 
 QString withAmpersands(QString text)
 {
     return text.replace(u'&', QStringLiteral("&&"));
 }
-
-QString withoutDoubling(QString text)
-{
-    return text.replace(QStringLiteral("&&"), QStringLiteral("&"));
-}
-
-class MenuStyle final : public QCommonStyle {
-public:
-    explicit MenuStyle(bool isComposited)
-        : m_isComposited(isComposited)
-    {
-    }
-
-    int pixelMetric(PixelMetric metric, const QStyleOption *option,
-                    const QWidget *widget) const override
-    {
-        switch (metric) {
-        case PM_MenuPanelWidth:
-        case PM_MenuDesktopFrameWidth:
-            return 0;
-        case PM_MenuHMargin:
-        case PM_MenuVMargin:
-            return padding;
-        default:
-            return QCommonStyle::pixelMetric(metric, option, widget);
-        }
-    }
-
-    int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
-                  QStyleHintReturn *more) const override
-    {
-        switch (hint) {
-        case SH_Menu_MouseTracking:
-        case SH_Menu_KeyboardSearch:
-        case SH_Menu_SpaceActivatesItem:
-        case SH_Menu_Scrollable:
-        case SH_Menu_SelectionWrap:
-            return 1;
-        default:
-            return QCommonStyle::styleHint(hint, option, widget, more);
-        }
-    }
-
-    QSize sizeFromContents(ContentsType type, const QStyleOption *option, const QSize &size,
-                           const QWidget *widget) const override
-    {
-        const auto *item = qstyleoption_cast<const QStyleOptionMenuItem *>(option);
-        if (type != CT_MenuItem || !item)
-            return QCommonStyle::sizeFromContents(type, option, size, widget);
-        const QFontMetricsF metrics(item->font);
-        return {textLeft + qCeil(metrics.horizontalAdvance(withoutDoubling(item->text)))
-                    + textRight,
-                std::max(scaled(itemHeight), qCeil(metrics.height()))};
-    }
-
-    void drawPrimitive(PrimitiveElement element, const QStyleOption *option, QPainter *painter,
-                       const QWidget *widget) const override
-    {
-        if (element == PE_PanelMenu)
-            paintPopupCard(*painter, option->rect, option->palette, m_isComposited);
-        else if (element != PE_FrameMenu)
-            QCommonStyle::drawPrimitive(element, option, painter, widget);
-    }
-
-    void drawControl(ControlElement element, const QStyleOption *option, QPainter *painter,
-                     const QWidget *widget) const override
-    {
-        const auto *item = qstyleoption_cast<const QStyleOptionMenuItem *>(option);
-        if (element == CE_MenuItem && item)
-            drawItem(*item, *painter);
-        else if (element != CE_MenuEmptyArea)
-            QCommonStyle::drawControl(element, option, painter, widget);
-    }
-
-private:
-    static void drawItem(const QStyleOptionMenuItem &item, QPainter &painter)
-    {
-        const QRect &rect = item.rect;
-        if (item.state & State_Selected)
-            fillRounded(painter, rect, itemRadius, menuHover(item.palette));
-        if (item.checked) {
-            const int size = scaled(checkmarkSize);
-            const QRectF room(rect.left() + checkmarkLeft, rect.top(), size, rect.height());
-            paintSymbol(painter, Symbol::Checkmark, room, size, accentInk(item.palette));
-        }
-        painter.setFont(item.font);
-        painter.setPen(primaryText(item.palette));
-        painter.drawText(rect.adjusted(textLeft, 0, 0, 0),
-                         Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
-                         withoutDoubling(item.text));
-    }
-
-    bool m_isComposited;
-};
 
 } // namespace
 

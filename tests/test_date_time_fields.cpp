@@ -1,6 +1,7 @@
 #include "controls/Accessibility.h"
 #include "controls/CalendarPopup.h"
 #include "controls/Colors.h"
+#include "controls/Compositing.h"
 #include "controls/DateField.h"
 #include "controls/DateOrder.h"
 #include "controls/PopupCard.h"
@@ -219,7 +220,7 @@ void TestDateTimeFields::theCalendarOpensByClickAndByKey()
     QTest::mouseClick(form.date->childAt(124 - 15, 14), Qt::LeftButton);
     QVERIFY(form.calendar()->isVisible());
     QCOMPARE(form.date->date(), QDate(2026, 11, 14));
-    const QRect card = form.calendar()->geometry().marginsRemoved(popupMargins(true));
+    const QRect card = form.calendar()->geometry().marginsRemoved(popupMargins(isComposited()));
     QCOMPARE(card.topLeft(), form.date->mapToGlobal(QPoint(0, 28 + 4)));
 }
 
@@ -271,7 +272,8 @@ void TestDateTimeFields::escapeClosesTheCalendarFirstAndChoosesNothing()
 void TestDateTimeFields::aClickElsewhereClosesTheCalendar()
 {
     const Form form;
-    for (const QPoint at : {QPoint(-50, -50), QPoint(3, 60)}) {
+    const int inShadow = popupMargins(isComposited()).left() - 2;
+    for (const QPoint at : {QPoint(-50, -50), QPoint(inShadow, 60)}) {
         form.date->openCalendar();
         QTest::mouseClick(form.calendar(), Qt::LeftButton, {}, at);
         QVERIFY(!form.calendar()->isVisible());
@@ -325,7 +327,8 @@ void TestDateTimeFields::theCalendarsCardFollowsTheScheme()
         form.date->openCalendar();
         QTest::qWait(0);
         const QImage image = picture(*form.calendar());
-        const QPoint origin(popupMargins(true).left(), popupMargins(true).top());
+        const QPoint origin(popupMargins(isComposited()).left(),
+                            popupMargins(isComposited()).top());
         const QPalette palette = form.calendar()->palette();
         QCOMPARE(schemeOf(palette), scheme);
         COMPARE_COLORS(image.pixelColor(origin + QPoint(3, 100)), popupColor(palette));
