@@ -12,13 +12,14 @@
 #include <QApplication>
 #include <QMenu>
 #include <QPainter>
-#include <QPushButton>
 
 using namespace Qt::StringLiterals;
 using namespace WindowTest;
 using namespace MembersWindow;
 
 namespace {
+
+constexpr int belowSheet = 24; // of its shadow, where a sheet hangs below its window
 
 const QString email = u"camille@morvelle.example"_s;
 const QString password = u"un mot de passe"_s;
@@ -53,11 +54,20 @@ public:
     /// The window, and over it whatever hangs from it.
     void take(const char *view, QWidget *window, const QList<QWidget *> &over = {}) const
     {
-        QPixmap picture = window->grab();
+        const QPoint origin = window->geometry().topLeft();
+        int height = window->height();
+        for (const QWidget *widget : over) {
+            if (const auto *hanging = qobject_cast<const Sheet *>(widget))
+                height = std::max(height, hanging->card().bottom() + belowSheet);
+        }
+        const qreal ratio = window->devicePixelRatioF();
+        QPixmap picture(QSize(window->width(), height) * ratio);
+        picture.setDevicePixelRatio(ratio);
+        picture.fill(Qt::transparent);
         QPainter painter(&picture);
+        painter.drawPixmap(0, 0, window->grab());
         for (QWidget *widget : over)
-            painter.drawPixmap(widget->geometry().topLeft() - window->geometry().topLeft(),
-                               widget->grab());
+            painter.drawPixmap(widget->geometry().topLeft() - origin, widget->grab());
         painter.end();
         const QString file =
             u"%1/%2-%3%4.png"_s.arg(m_folder, QLatin1StringView(view), m_scheme, m_suffix);
@@ -86,16 +96,6 @@ Sheet *openSheet(const QWidget *window)
     return sheet(window);
 }
 
-/// The last button of the sheet with this text: where a choice above bears the same, the button.
-void pressLast(Sheet *form, const QString &name)
-{
-    const auto buttons = form->findChildren<QPushButton *>();
-    for (QPushButton *candidate : buttons) {
-        if (candidate->isVisible() && candidate->accessibleName() == name)
-            QTest::mouseClick(candidate, Qt::LeftButton);
-    }
-}
-
 void awaitRefusal(const Sheet *form)
 {
     await("a refusal", [form] {
@@ -103,6 +103,7 @@ void awaitRefusal(const Sheet *form)
         return std::any_of(errors.begin(), errors.end(),
                            [](const ErrorText *error) { return error->isVisible(); });
     });
+    QTest::qWait(100); // for the sheet to make room for it
 }
 
 void takeSignedOut(const Album &album, ContentView *window)
@@ -128,7 +129,7 @@ void takeSigningIn(const Album &album, ContentView *window)
     await("the focus", [form] { return field(form, u"Email"_s)->hasFocus(); });
     type(form, u"Email"_s, u"marthe@morvelle.example"_s);
     type(form, u"Mot de passe"_s, password);
-    pressLast(form, u"Créer un compte"_s);
+    QTest::mouseClick(createAccount(form), Qt::LeftButton);
     awaitRefusal(form);
     album.take("sign-up", window, {form});
     click(form, u"Annuler"_s);
