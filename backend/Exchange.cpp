@@ -4,6 +4,10 @@
 
 namespace {
 
+/// So much is taken over in one turn of the event loop, in bytes: about a millisecond. A thread
+/// that was held up finds dozens of megabytes at once, and would be held up again by copying them.
+constexpr qint64 mostInOneTurn = 2'000'000;
+
 // The manager makes one slash of two at the front of a path; given one more, it sends two.
 QUrl sentAsIs(QUrl address)
 {
@@ -47,6 +51,8 @@ Exchange::Exchange(QNetworkAccessManager &reader, const Limits &limits, QObject 
     , m_reader(reader)
     , m_limits(limits)
 {
+    m_nextTurn.setSingleShot(true);
+    connect(&m_nextTurn, &QTimer::timeout, this, &Exchange::drain);
 }
 
 void Exchange::send(const Request &request)
@@ -62,8 +68,8 @@ void Exchange::send(const Request &request)
             manager->sendCustomRequest(prepared, request.verb, new OneShotBody(request.body, this));
     }
     connect(m_reply, &QNetworkReply::metaDataChanged, this, &Exchange::checkLength);
-    connect(m_reply, &QNetworkReply::readyRead, this, &Exchange::drain);
-    connect(m_reply, &QNetworkReply::finished, this, &Exchange::end);
+    connect(m_reply, &QNetworkReply::readyRead, &m_nextTurn, qOverload<>(&QTimer::start));
+    connect(m_reply, &QNetworkReply::finished, this, &Exchange::drain);
 }
 
 void Exchange::checkLength()
@@ -80,13 +86,21 @@ void Exchange::checkLength()
 
 void Exchange::drain()
 {
-    const qint64 available = m_reply->bytesAvailable();
+    // A reply that was broken off is closed already.
+    const qint64 available = m_reply->isOpen() ? m_reply->bytesAvailable() : 0;
     const qsizetype had = m_received.body.size();
     if (had + available > m_limits.largestReply)
         return giveUp();
-    m_received.body.resize(had + available);
-    const qint64 got = m_reply->read(m_received.body.data() + had, available);
-    m_received.body.truncate(had + std::max<qint64>(got, 0));
+    const qint64 taken = std::min(available, mostInOneTurn);
+    if (taken > 0) {
+        m_received.body.resize(had + taken);
+        const qint64 got = m_reply->read(m_received.body.data() + had, taken);
+        m_received.body.truncate(had + std::max<qint64>(got, 0));
+    }
+    if (available > taken)
+        m_nextTurn.start();
+    else if (m_reply->isFinished())
+        finish();
 }
 
 void Exchange::giveUp()
@@ -95,18 +109,11 @@ void Exchange::giveUp()
     finish();
 }
 
-void Exchange::end()
-{
-    // A reply that was broken off is closed already.
-    if (m_reply->isOpen())
-        drain();
-    if (!m_received.isTooLarge)
-        finish();
-}
-
 void Exchange::finish()
 {
+    m_nextTurn.stop();
     m_reply->disconnect(this);
+    m_reply->disconnect(&m_nextTurn);
     m_received.error = m_reply->error();
     const QVariant status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute);
     if (status.isValid())

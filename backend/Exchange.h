@@ -5,6 +5,7 @@
 
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
+#include <QTimer>
 #include <optional>
 
 /// What an exchange ended with, as the network manager tells it.
@@ -44,11 +45,11 @@ private:
     void checkLength();
     void drain();
     void giveUp();
-    void end();
     void finish();
 
     QNetworkAccessManager &m_reader;
     Limits m_limits;
     QNetworkReply *m_reply = nullptr;
+    QTimer m_nextTurn;
     Received m_received;
 };

@@ -6,7 +6,6 @@
 #include "browse/DeleteConfirmation.h"
 #include "browse/EventDetailView.h"
 #include "browse/EventList.h"
-#include "browse/Header.h"
 #include "controls/BusyIndicator.h"
 #include "controls/ErrorText.h"
 #include "controls/Pane.h"
@@ -44,6 +43,7 @@ std::optional<QString> savedEmailDisplay(const std::optional<QString> &savedEmai
 
 ContentView::ContentView(QWidget *parent)
     : QWidget(parent)
+    , m_header(new Header(headerActions(), this))
     , m_body(new QWidget(this))
     , m_parts(new QStackedLayout(m_body))
     , m_busy(new BusyIndicator(QStringLiteral("Loading events…"), m_body))
@@ -56,27 +56,12 @@ ContentView::ContentView(QWidget *parent)
     // Set, not left to the layout: as its texts may wrap, it would open at the least height.
     resize(sizeHint());
 
-    const auto set = [this](auto State::*member, auto value) {
-        m_state.*member = value;
-        render();
-    };
     const auto choose = [this](std::optional<Event> State::*member) {
         return [this, member](const Event &event) {
             m_state.*member = event;
             render();
         };
     };
-    m_header = new Header({
-                              .onAddAccount =
-                                  [this] {
-                                      m_state.loginMode = AuthMode::signUp;
-                                      m_state.isLoginPresented = true;
-                                      render();
-                                  },
-                              .onAddEvent = [set] { set(&State::isAddPresented, true); },
-                              .onAccount = [set] { set(&State::isAccountMenuPresented, true); },
-                          },
-                          this);
     const EventList::Actions actions = {
         .onSelect = choose(&State::selectedEvent),
         .onEdit = choose(&State::eventToEdit),
@@ -112,6 +97,28 @@ ContentView::ContentView(QWidget *parent)
 QSize ContentView::sizeHint() const
 {
     return {760, 620};
+}
+
+Header::Actions ContentView::headerActions()
+{
+    return {
+        .onAddAccount =
+            [this] {
+                m_state.loginMode = AuthMode::signUp;
+                m_state.isLoginPresented = true;
+                render();
+            },
+        .onAddEvent =
+            [this] {
+                m_state.isAddPresented = true;
+                render();
+            },
+        .onAccount =
+            [this] {
+                m_state.isAccountMenuPresented = true;
+                render();
+            },
+    };
 }
 
 void ContentView::changeEvent(QEvent *event)

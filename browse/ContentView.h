@@ -2,6 +2,7 @@
 
 #include "account/AuthMode.h"
 #include "browse/EventOrder.h"
+#include "browse/Header.h"
 #include "browse/SheetSlot.h"
 #include "platform/Worker.h"
 
@@ -12,7 +13,6 @@
 class BusyIndicator;
 class ErrorText;
 class EventList;
-class Header;
 class Pane;
 class Popover;
 class QStackedLayout;
@@ -66,6 +66,7 @@ private:
         std::optional<QString> eventId;
     };
 
+    Header::Actions headerActions();
     void addShortcuts();
     QCoro::Task<void> appear();
     void reload();

@@ -4,6 +4,7 @@
 #include "browse/AccountButton.h"
 #include "controls/Accessibility.h"
 #include "controls/Fonts.h"
+#include "controls/KeyboardFocus.h"
 #include "controls/TextLabel.h"
 
 #include <QHBoxLayout>
@@ -35,6 +36,8 @@ Header::Header(const Actions &actions, QWidget *parent)
 
 void Header::setContent(const Content &content)
 {
+    if (content.hasSavedCredentials && window()->focusWidget() == m_addAccount)
+        KeyboardFocus::handOver(m_addAccount, m_account);
     m_addAccount->setVisible(!content.hasSavedCredentials);
     m_addEvent->setVisible(content.isSignedIn);
     m_account->setEmail(content.email.value_or(QString()));

@@ -90,6 +90,7 @@ void ErrorText::setText(const QString &text)
     setAccessibleName(text);
     m_view->setAccessibleName(text);
     m_view->show(text, lineHeight(font()));
+    fit();
     updateGeometry();
     if (isVisible())
         announce();
@@ -130,6 +131,17 @@ void ErrorText::resizeEvent(QResizeEvent *)
 {
     // Not by a layout: the height for a width is asked of a layout rather than of its widget.
     m_view->setGeometry(rect());
+    fit();
+}
+
+void ErrorText::fit()
+{
+    // A bar that came with a lesser height takes width: the text then needs a line more, and that
+    // keeps the bar where it has become needless.
+    TextBlock block(m_text, font(), height() / lineHeight(font()) + 1);
+    block.layOut(width());
+    m_view->setVerticalScrollBarPolicy(block.height() > height() ? Qt::ScrollBarAlwaysOn
+                                                                 : Qt::ScrollBarAlwaysOff);
 }
 
 void ErrorText::updateColor()

@@ -29,6 +29,7 @@ protected:
     void resizeEvent(QResizeEvent *event) override;
 
 private:
+    void fit();
     void updateColor();
     void announce();
 

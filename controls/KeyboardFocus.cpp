@@ -3,6 +3,17 @@
 #include <QFocusEvent>
 #include <QWidget>
 
+#include <algorithm>
+
+namespace {
+
+QList<KeyboardFocus *> watchersOf(const QWidget *widget)
+{
+    return widget->findChildren<KeyboardFocus *>(Qt::FindDirectChildrenOnly);
+}
+
+} // namespace
+
 KeyboardFocus::KeyboardFocus(QWidget *widget, Shown shown)
     : QObject(widget)
     , m_widget(widget)
@@ -11,10 +22,20 @@ KeyboardFocus::KeyboardFocus(QWidget *widget, Shown shown)
     widget->installEventFilter(this);
 }
 
+void KeyboardFocus::handOver(const QWidget *from, QWidget *to)
+{
+    const auto watchers = watchersOf(from);
+    const bool isByKeyboard = std::any_of(watchers.begin(), watchers.end(),
+                                          [](const auto *focus) { return focus->m_byKeyboard; });
+    if (isByKeyboard)
+        give(to);
+    else
+        to->setFocus(Qt::OtherFocusReason);
+}
+
 void KeyboardFocus::give(QWidget *widget)
 {
-    const auto watchers =
-        widget->findChildren<KeyboardFocus *>(QString(), Qt::FindDirectChildrenOnly);
+    const auto watchers = watchersOf(widget);
     for (auto *focus : watchers) {
         focus->m_byKeyboard = true;
         focus->setVisible(widget->hasFocus());

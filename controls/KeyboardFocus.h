@@ -21,6 +21,9 @@ public:
     /// Gives a widget the focus as the tab key does, also before its window is in front: for what
     /// is focused when a sheet opens.
     static void give(QWidget *widget);
+    /// Gives `to` the focus as `from` has it: its ring shows if that of `from` did. For a control
+    /// that is about to be hidden; the toolkit would go on as if somebody had pressed Tab.
+    static void handOver(const QWidget *from, QWidget *to);
 
 Q_SIGNALS:
     void changed(bool visible);

@@ -1,11 +1,17 @@
 // A large reply does not hold the window up.
 
+#include "backend/Exchange.h"
 #include "support/Await.h"
 #include "support/EventLoopChecker.h"
 #include "support/HttpServer.h"
 #include "support/LocalBackend.h"
 
 #include <QTest>
+#include <QThread>
+
+#include <atomic>
+#include <future>
+#include <memory>
 
 using namespace Qt::StringLiterals;
 
@@ -52,6 +58,39 @@ private Q_SLOTS:
         qInfo("ticks: %lld while sending, %lld while receiving the rest and decoding",
               static_cast<long long>(whenSent), static_cast<long long>(whenOver - whenSent));
         QVERIFY(whenOver - whenSent > 2000);
+    }
+
+    void whatCameWhileTheWindowWasBusyIsTakenOverInManyTurns()
+    {
+        std::atomic<bool> isAsked = false;
+        std::atomic<bool> isSent = false;
+        std::promise<QString> base;
+        const std::unique_ptr<QThread> elsewhere(QThread::create([&] {
+            HttpServer server;
+            server.answer(HttpAnswer::whole(200, QByteArray(hundredMegabytes, 'x')));
+            connect(&server, &HttpServer::requested, &server, [&isAsked] { isAsked = true; });
+            connect(&server, &HttpServer::answered, &server, [&isSent] { isSent = true; });
+            base.set_value(server.base());
+            QEventLoop().exec();
+        }));
+        elsewhere->start();
+
+        QNetworkAccessManager manager;
+        Exchange exchange(manager, {}, nullptr);
+        exchange.send({"GET", QUrl(base.get_future().get()), {}, {}});
+        QTRY_VERIFY(isAsked);
+        // The thread is busy with something else now; the manager's own goes on.
+        while (!isSent)
+            QThread::msleep(1);
+
+        const EventLoopChecker checker;
+        QEventLoop loop;
+        connect(&exchange, &Exchange::ended, &loop, &QEventLoop::quit);
+        loop.exec();
+        QCOMPARE(exchange.take().body.size(), hundredMegabytes);
+        QVERIFY2(checker.ticks() > 20, qPrintable(QString::number(checker.ticks())));
+        elsewhere->quit();
+        elsewhere->wait();
     }
 };
 

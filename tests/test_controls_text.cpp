@@ -290,6 +290,22 @@ private Q_SLOTS:
         QVERIFY(error->height() > lineHeight(appFont(13)));
         QCOMPARE(error->findChild<QTextEdit *>()->verticalScrollBar()->maximum(), 0);
     }
+
+    void anErrorThatHadTooLittleRoomShowsAllWhenItHasEnough()
+    {
+        // Of all widths some are such that the text just fits without a scroll bar beside it.
+        for (int width = 200; width < 300; ++width) {
+            ErrorText error;
+            error.setText(pangram.repeated(3));
+            error.resize(width, 10);
+            error.show();
+            const auto *bar = error.findChild<QTextEdit *>()->verticalScrollBar();
+            QVERIFY(bar->maximum() > 0);
+            error.resize(width, error.heightForWidth(width));
+            QCOMPARE(bar->maximum(), 0);
+            QVERIFY(!bar->isVisible());
+        }
+    }
 };
 
 QTEST_MAIN(TestControlsText)

@@ -23,22 +23,6 @@ QString headingOfThisMonth()
     return Calendar::current().monthTitle({QDateTime::currentMSecsSinceEpoch()});
 }
 
-/// The lower of the form's two "Créer un compte": the upper one chooses the mode.
-QAbstractButton *createAccount(const QWidget *form)
-{
-    QAbstractButton *lowest = nullptr;
-    const auto buttons = form->findChildren<QAbstractButton *>();
-    for (QAbstractButton *candidate : buttons) {
-        const bool isSo = candidate->accessibleName() == u"Créer un compte"
-            || candidate->text() == u"Créer un compte";
-        if (isSo
-            && (!lowest
-                || candidate->mapToGlobal(QPoint()).y() > lowest->mapToGlobal(QPoint()).y()))
-            lowest = candidate;
-    }
-    return lowest;
-}
-
 // What follows acts as somebody without a mouse: keys go where the focus is.
 
 QWidget *keyTarget()

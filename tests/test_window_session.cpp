@@ -3,6 +3,7 @@
 
 #include "browse/EventRow.h"
 #include "controls/Accessibility.h"
+#include "controls/FocusRing.h"
 #include "support/MembersWindow.h"
 #include "support/OwnHome.h"
 
@@ -308,31 +309,43 @@ private Q_SLOTS:
         QVERIFY(!sheet(window.get()));
     }
 
+    void aNewMemberIsSignedInWhenTheFormHasClosed_data()
+    {
+        QTest::addColumn<bool>("byKeyboard");
+        QTest::newRow("by mouse") << false;
+        QTest::newRow("by keyboard") << true;
+    }
+
     void aNewMemberIsSignedInWhenTheFormHasClosed()
     {
+        QFETCH(bool, byKeyboard);
         const auto window = windowWith(u"fête"_s);
         QVERIFY(window);
-        click(window.get(), addAccount);
-        Sheet *form = sheet(window.get());
-        QTest::keyClicks(named(form, u"Email"_s), u"a@b.fr"_s);
-        QTest::keyClicks(named(form, u"Mot de passe"_s), u"secret"_s);
-        QList<QAbstractButton *> buttons = form->findChildren<QAbstractButton *>();
-        // The segment bears the same words as the button; the button stands below it.
-        QAbstractButton *create = nullptr;
-        for (QAbstractButton *candidate : std::as_const(buttons)) {
-            if (candidate->accessibleName() == u"Créer un compte"
-                || candidate->text() == u"Créer un compte")
-                create = create
-                        && create->mapTo(form, QPoint()).y() > candidate->mapTo(form, QPoint()).y()
-                    ? create
-                    : candidate;
+        QAbstractButton *open = button(window.get(), addAccount);
+        if (byKeyboard) {
+            button(window.get(), u"Compte"_s)->setFocus(Qt::OtherFocusReason);
+            QTest::keyClick(button(window.get(), u"Compte"_s), Qt::Key_Backtab);
+            QTest::keyClick(open, Qt::Key_Space);
+        } else {
+            QTest::mouseClick(open, Qt::LeftButton);
         }
-        QTest::mouseClick(create, Qt::LeftButton);
+        QTRY_VERIFY(sheet(window.get()) && sheet(window.get())->isActiveWindow());
+        const Sheet *form = sheet(window.get());
+        QTest::keyClicks(field(form, u"Email"_s), u"a@b.fr"_s);
+        QTest::keyClicks(field(form, u"Mot de passe"_s), u"secret"_s);
+        QTest::mouseClick(createAccount(form), Qt::LeftButton);
         QTRY_VERIFY(!sheet(window.get()));
         QTRY_VERIFY(button(window.get(), addEvent));
         QVERIFY(!button(window.get(), addAccount));
         QCOMPARE(m_server.requests().last().target, "/auth/v1/signup");
         QCOMPARE(sent("GET", "/rest/"), 1);
+
+        // The button that had the focus is gone: it went on, with a ring only for the keyboard.
+        QTRY_VERIFY(button(window.get(), u"Compte"_s)->hasFocus());
+        const auto rings = window->findChildren<FocusRing *>();
+        const bool isRinged = std::any_of(rings.begin(), rings.end(),
+                                          [](const auto *ring) { return ring->isVisible(); });
+        QCOMPARE(isRinged, byKeyboard);
     }
 };
 

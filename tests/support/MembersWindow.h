@@ -81,6 +81,22 @@ inline QLineEdit *field(const QWidget *form, const QString &name)
     return nullptr;
 }
 
+/// The lower of the form's two "Créer un compte": the upper one chooses the mode.
+inline QAbstractButton *createAccount(const QWidget *form)
+{
+    QAbstractButton *lowest = nullptr;
+    const auto buttons = form->findChildren<QAbstractButton *>();
+    for (QAbstractButton *candidate : buttons) {
+        const bool isSo = candidate->accessibleName() == QStringLiteral("Créer un compte")
+            || candidate->text() == QStringLiteral("Créer un compte");
+        if (isSo
+            && (!lowest
+                || candidate->mapToGlobal(QPoint()).y() > lowest->mapToGlobal(QPoint()).y()))
+            lowest = candidate;
+    }
+    return lowest;
+}
+
 inline void click(const QWidget *within, const QString &name)
 {
     QAbstractButton *found = WindowTest::button(within, name);
