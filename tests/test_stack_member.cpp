@@ -80,7 +80,7 @@ class TestStackMember : public QObject {
     std::unique_ptr<ContentView> m_window;
 
     Sheet *form() const { return sheet(m_window.get()); }
-    QWidget *event(const QString &title) const { return named(m_window.get(), title); }
+    QWidget *rowOf(const QString &title) const { return named(m_window.get(), title); }
     /// Types in place of what the field of the open form holds, having clicked into it.
     void type(const QString &name, const QString &text) const
     {
@@ -127,21 +127,21 @@ private Q_SLOTS:
         type(u"Lieu"_s, u"Chez Marthe"_s);
         click(form(), u"Créer"_s);
         QTRY_VERIFY(!form());
-        QTRY_VERIFY(event(u"Lecture au coin du feu"_s));
+        QTRY_VERIFY(rowOf(u"Lecture au coin du feu"_s));
         QVERIFY(headings(shownList(m_window.get())).contains(headingOfThisMonth()));
         QVERIFY(
-            event(u"Lecture au coin du feu"_s)->accessibleDescription().contains(u"Chez Marthe"));
+            rowOf(u"Lecture au coin du feu"_s)->accessibleDescription().contains(u"Chez Marthe"));
 
-        click(event(u"Lecture au coin du feu"_s), u"Modifier"_s);
+        click(rowOf(u"Lecture au coin du feu"_s), u"Modifier"_s);
         type(u"Titre"_s, u"Lecture et tisane"_s);
         click(form(), u"Enregistrer"_s);
         QTRY_VERIFY(!form());
-        QTRY_VERIFY(event(u"Lecture et tisane"_s));
-        QVERIFY(!event(u"Lecture au coin du feu"_s));
+        QTRY_VERIFY(rowOf(u"Lecture et tisane"_s));
+        QVERIFY(!rowOf(u"Lecture au coin du feu"_s));
 
-        click(event(u"Lecture et tisane"_s), u"Supprimer"_s);
+        click(rowOf(u"Lecture et tisane"_s), u"Supprimer"_s);
         click(form(), u"Supprimer"_s);
-        QTRY_VERIFY(!event(u"Lecture et tisane"_s));
+        QTRY_VERIFY(!rowOf(u"Lecture et tisane"_s));
         QTRY_VERIFY(!m_window->findChildren<EventRow *>().isEmpty());
 
         click(m_window.get(), u"Compte"_s);
@@ -182,7 +182,7 @@ private Q_SLOTS:
         QVERIFY(tabTo(u"Créer"_s));
         press(Qt::Key_Space);
         QTRY_VERIFY(!form());
-        QTRY_VERIFY(event(u"Tournoi de belote"_s));
+        QTRY_VERIFY(rowOf(u"Tournoi de belote"_s));
         QTRY_VERIFY(m_window->isActiveWindow());
 
         QVERIFY(tabTo(u"À venir"_s));
@@ -201,7 +201,7 @@ private Q_SLOTS:
         QVERIFY(tabTo(u"Enregistrer"_s));
         press(Qt::Key_Space);
         QTRY_VERIFY(!form());
-        QTRY_VERIFY(event(u"Tournoi de tarot"_s));
+        QTRY_VERIFY(rowOf(u"Tournoi de tarot"_s));
         QTRY_VERIFY(m_window->isActiveWindow());
 
         QVERIFY(tabTo(u"À venir"_s));
@@ -213,7 +213,7 @@ private Q_SLOTS:
         QTRY_COMPARE(keyTarget()->accessibleName(), u"Annuler"_s);
         QVERIFY(tabTo(u"Supprimer"_s));
         press(Qt::Key_Space);
-        QTRY_VERIFY(!form() && !event(u"Tournoi de tarot"_s));
+        QTRY_VERIFY(!form() && !rowOf(u"Tournoi de tarot"_s));
         QTRY_VERIFY(m_window->isActiveWindow());
 
         for (const QString &step : {u"Se déconnecter"_s, u"Se connecter"_s}) {
