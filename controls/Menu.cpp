@@ -53,11 +53,12 @@ void Menu::setItems(const QList<MenuItem> &items)
 void Menu::addItems(const QList<MenuItem> &items)
 {
     clear();
-    for (qsizetype i = 0; i < items.size(); ++i) {
-        auto *action = addAction(withAmpersands(items[i].text));
+    int index = 0;
+    for (const MenuItem &item : items) {
+        auto *action = addAction(withAmpersands(item.text));
         action->setCheckable(true);
-        connect(action, &QAction::triggered, this,
-                [this, index = static_cast<int>(i)] { Q_EMIT chosen(index); });
+        connect(action, &QAction::triggered, this, [this, index] { Q_EMIT chosen(index); });
+        ++index;
     }
 }
 

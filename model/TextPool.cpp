@@ -87,7 +87,7 @@ QString TextPool::take(std::string_view utf8)
     if (!m_isWorthLooking)
         return textOf(utf8);
     if (++m_asked % trial == 0)
-        m_isWorthLooking = m_entries.size() < m_asked / 4 * 3;
+        m_isWorthLooking = m_entries.size() < std::size_t{m_asked} / 4 * 3;
     return m_entries[number(utf8)].text;
 }
 
