@@ -148,11 +148,20 @@ QString Calendar::Shared::text(Form form, Instant instant)
 
 namespace {
 
-Wall midnight(icu::Calendar &calendar)
+constexpr qint64 oneDay = 86'400'000;
+
+// The same in every calendar. What needs no more than this spares the cost of making one; the first
+// frame of a window does.
+Wall midnight(Wall wall)
+{
+    const qint64 sinceMidnight = (wall.ms % oneDay + oneDay) % oneDay;
+    return {wall.ms - sinceMidnight};
+}
+
+Wall wallOf(const icu::Calendar &calendar)
 {
     UErrorCode status = U_ZERO_ERROR;
-    const auto ms = static_cast<qint64>(calendar.getTime(status));
-    return {ms - calendar.get(UCAL_MILLISECONDS_IN_DAY, status)};
+    return {static_cast<qint64>(calendar.getTime(status))};
 }
 
 } // namespace
@@ -184,14 +193,14 @@ const QString &Calendar::zoneName() const
 
 Instant Calendar::startOfDay(Instant instant) const
 {
-    return m_shared->clock.whenLanding(midnight(m_shared->at(instant)));
+    return m_shared->clock.whenLanding(midnight(m_shared->clock.wallAt(instant)));
 }
 
 Instant Calendar::startOfMonth(Instant instant) const
 {
     icu::Calendar &calendar = m_shared->at(instant);
     calendar.set(UCAL_DAY_OF_MONTH, 1);
-    return m_shared->clock.whenLanding(midnight(calendar));
+    return m_shared->clock.whenLanding(midnight(wallOf(calendar)));
 }
 
 Instant Calendar::startOfNextMonth(Instant instant) const
@@ -200,15 +209,15 @@ Instant Calendar::startOfNextMonth(Instant instant) const
     calendar.set(UCAL_DAY_OF_MONTH, 1);
     UErrorCode status = U_ZERO_ERROR;
     calendar.add(UCAL_MONTH, 1, status);
-    return m_shared->clock.whenLanding(midnight(calendar));
+    return m_shared->clock.whenLanding(midnight(wallOf(calendar)));
 }
 
 Instant Calendar::join(Instant day, Instant time) const
 {
     constexpr qint64 oneMinute = 60'000;
-    const Wall start = midnight(m_shared->at(day));
-    const qint64 shown = m_shared->clock.wallAt(time).ms;
-    const qint64 sinceMidnight = shown - midnight(m_shared->at(time)).ms;
+    const Wall start = midnight(m_shared->clock.wallAt(day));
+    const Wall shown = m_shared->clock.wallAt(time);
+    const qint64 sinceMidnight = shown.ms - midnight(shown).ms;
     return m_shared->clock.whenRunningOn({start.ms + sinceMidnight / oneMinute * oneMinute});
 }
 
