@@ -8,7 +8,8 @@ TagSet::TagSet(const QStringList &tags)
     : m_sorted(tags)
 {
     std::stable_sort(m_sorted.begin(), m_sorted.end(), beforeByCharacter);
-    m_sorted.erase(std::unique(m_sorted.begin(), m_sorted.end(), sameText), m_sorted.end());
+    const auto end = std::unique(m_sorted.begin(), m_sorted.end(), sameText);
+    m_sorted.resize(std::distance(m_sorted.begin(), end));
 }
 
 bool TagSet::contains(const QString &tag) const
