@@ -101,6 +101,8 @@ void OstreloApp::makeMenuBar()
     // A menu bar without a window stays when the last window has gone, and with it the way to open
     // another one; the program stays too.
     QApplication::setQuitOnLastWindowClosed(false);
+    // And so the end of a write, which holds the program elsewhere, must not end it.
+    QApplication::setQuitLockEnabled(false);
     static auto *bar = new QMenuBar;
     auto *windows = bar->addMenu(tr("Fenêtre"));
     windows->addAction(tr("Nouvelle fenêtre"), QKeySequence::New, this, &OstreloApp::openWindow);

@@ -9,9 +9,7 @@
 #include "controls/TextLabel.h"
 #include "editor/EventFormBody.h"
 
-#include <QApplication>
 #include <QDateTime>
-#include <QEventLoopLocker>
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 
@@ -114,11 +112,6 @@ void AddEventView::submit()
 QCoro::Task<void> AddEventView::save(QPointer<AddEventView> view, std::optional<QString> existingId,
                                      EventCreatePayload payload, Completion onCreated)
 {
-    // What was begun is ended before the program is: the last window may close meanwhile. (Where
-    // the program stays without windows, letting go of this would end it.)
-    std::optional<QEventLoopLocker> running;
-    if (QApplication::quitOnLastWindowClosed())
-        running.emplace();
     std::optional<QString> failure;
     try {
         auto sending = existingId ? SupabaseClient::updateEvent(*existingId, payload)
