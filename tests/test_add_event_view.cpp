@@ -518,7 +518,9 @@ int main(int argc, char **argv)
     qputenv("SUPABASE_URL", server.base().toUtf8());
     qputenv("SUPABASE_KEY", "clef");
     TestAddEventView test(server);
-    return QTest::qExec(&test, argc, argv);
+    const int result = QTest::qExec(&test, argc, argv);
+    server.hangUp();
+    return result;
 }
 
 #include "test_add_event_view.moc"

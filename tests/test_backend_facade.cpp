@@ -101,7 +101,9 @@ int main(int argc, char **argv)
     qputenv("SUPABASE_URL", server.base().toUtf8());
     qputenv("SUPABASE_KEY", " clef\n");
     TestBackendFacade test(server);
-    return QTest::qExec(&test, argc, argv);
+    const int result = QTest::qExec(&test, argc, argv);
+    server.hangUp();
+    return result;
 }
 
 #include "test_backend_facade.moc"

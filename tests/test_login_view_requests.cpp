@@ -571,7 +571,9 @@ int main(int argc, char *argv[])
     qputenv("SUPABASE_URL", server.base().toLatin1());
     qputenv("SUPABASE_KEY", "public-key");
     TestLoginViewRequests test(server);
-    return QTest::qExec(&test, argc, argv);
+    const int result = QTest::qExec(&test, argc, argv);
+    server.hangUp();
+    return result;
 }
 
 #include "test_login_view_requests.moc"

@@ -391,6 +391,8 @@ int main(int argc, char *argv[])
     qputenv("SUPABASE_URL", server.base().toLatin1());
     qputenv("SUPABASE_KEY", "public-key");
     TestWindow test(server);
-    return QTest::qExec(&test, argc, argv);
+    const int result = QTest::qExec(&test, argc, argv);
+    server.hangUp();
+    return result;
 }
 #include "test_window.moc"

@@ -1,5 +1,7 @@
 #include "support/HttpServer.h"
 
+#include <QCoreApplication>
+#include <QDeadlineTimer>
 #include <QTimer>
 
 #include <algorithm>
@@ -160,6 +162,17 @@ HttpServer::HttpServer(QObject *parent)
     connect(&m_server, &QTcpServer::newConnection, this, &HttpServer::accept);
     if (!m_server.listen(QHostAddress::LocalHost))
         qFatal("no free port on the loopback interface");
+}
+
+void HttpServer::hangUp()
+{
+    close();
+    const QList<QTcpSocket *> open = m_open.keys();
+    for (QTcpSocket *socket : open)
+        socket->abort();
+    const QDeadlineTimer deadline(200);
+    while (!open.isEmpty() && !deadline.hasExpired())
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
 }
 
 QString HttpServer::base() const

@@ -83,6 +83,9 @@ public:
     quint16 port() const { return m_server.serverPort(); }
     /// Stops listening; the port then refuses connections.
     void close() { m_server.close(); }
+    /// Stops for good and lets its clients notice. For the end of a program that may have left a
+    /// request unanswered: the toolkit leaks what it is still waiting for when it is torn down.
+    void hangUp();
 
     /// Answers every request thus.
     void answer(const HttpAnswer &answer);
