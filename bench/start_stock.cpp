@@ -1,0 +1,23 @@
+// Started by bench_start: what a window of the toolkit costs at the least.
+
+#include "FirstPaint.h"
+
+#include <QApplication>
+#include <QLabel>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QVBoxLayout>
+
+int main(int argc, char *argv[])
+{
+    const QApplication application(argc, argv);
+    const FirstPaint watch([](QObject *object) { return object->isWidgetType(); });
+    QWidget window;
+    auto *column = new QVBoxLayout(&window);
+    column->addWidget(new QLabel(QStringLiteral("amorvelle.fr")));
+    column->addWidget(new QPushButton(QStringLiteral("Ajouter un compte")));
+    column->addWidget(new QTabWidget);
+    window.resize(760, 620);
+    window.show();
+    return QApplication::exec();
+}
