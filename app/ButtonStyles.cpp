@@ -158,6 +158,8 @@ void StyledButton::updateToolTip()
 {
     const bool isCut = contentWidth() > width() - 2 * horizontalPadding;
     setPlainToolTip(this, isCut ? m_label : QString());
+    // Left empty, it would be read from the tooltip, with that one's markup.
+    setAccessibleDescription(isCut ? m_label : QString());
 }
 
 PrimaryButton::PrimaryButton(const QString &text, QWidget *parent)

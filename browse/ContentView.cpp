@@ -18,6 +18,7 @@
 #include <QDateTime>
 #include <QShowEvent>
 #include <QStackedLayout>
+#include <QTimer>
 #include <QVBoxLayout>
 
 #include <utility>
@@ -133,10 +134,16 @@ void ContentView::showEvent(QShowEvent *event)
 {
     QWidget::showEvent(event);
     // A spontaneous one only says that the desktop has un-minimised the window.
-    if (!event->spontaneous()) {
+    if (event->spontaneous())
+        return;
+    // Said before the first frame, so that no empty list flashes; begun once that frame is on its
+    // way, since to start the network takes about as long as to paint it.
+    m_state.isLoading = true;
+    render();
+    QTimer::singleShot(0, this, [this] {
         // Runs on by itself, as all that is started below; nothing is thrown out of it.
         const auto task = appear();
-    }
+    });
 }
 
 void ContentView::addShortcuts()

@@ -30,9 +30,6 @@ QCoro::Task<void> signInWithSavedCredentials()
 QCoro::Task<void> ContentView::appear()
 {
     const QPointer<ContentView> self(this);
-    // Already now, should a sign-in go first: no empty list flashes.
-    m_state.isLoading = true;
-    render();
     if (!m_state.didPurgeSavedCredentials) {
         m_state.didPurgeSavedCredentials = true;
         SupabaseClient::clearSavedCredentials();

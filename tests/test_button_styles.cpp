@@ -211,8 +211,10 @@ private Q_SLOTS:
         button.setFixedWidth(80);
         button.show();
         QVERIFY(button.toolTip().contains(button.label()));
+        QCOMPARE(button.accessibleDescription(), button.label());
         button.setFixedWidth(400);
         QVERIFY(button.toolTip().isEmpty());
+        QVERIFY(button.accessibleDescription().isEmpty());
     }
 
     void returnInAFieldPressesNoButtonAndReturnOnAButtonPressesIt()
