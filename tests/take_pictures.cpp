@@ -1,5 +1,7 @@
 // Takes the pictures in docs/: the window and its sheets on the local service, light and dark.
-// Usage: take_pictures FOLDER SUFFIX, where SUFFIX ("" or "-2x") goes with QT_SCALE_FACTOR.
+// Usage: take_pictures FOLDER SUFFIX [invented], where SUFFIX ("" or "-2x") goes with
+// QT_SCALE_FACTOR; "invented": the few on invented events, in a process of their own, since the
+// service is chosen once in a process.
 
 #include "browse/EventRow.h"
 #include "controls/Colors.h"
@@ -12,6 +14,7 @@
 #include <QApplication>
 #include <QMenu>
 #include <QPainter>
+#include <QScrollBar>
 
 using namespace Qt::StringLiterals;
 using namespace WindowTest;
@@ -112,6 +115,10 @@ void takeSignedOut(const Album &album, ContentView *window)
     window->resize(window->minimumSize());
     album.take("window-minimum", window);
     window->resize(window->sizeHint());
+    QScrollBar *bar = shownList(window)->findChild<QScrollBar *>();
+    bar->setValue(60);
+    album.take("window-scrolled", window);
+    bar->setValue(0);
 
     QTest::mouseClick(firstRow(window), Qt::LeftButton);
     album.take("detail", window, {openSheet(window)});
@@ -196,6 +203,36 @@ void takeSignedIn(const Album &album, ContentView *window)
     sheet(window)->close();
 }
 
+/// What the village's own events do not show: none at all, and texts without end.
+void takeInvented(const Album &album, HttpServer &server)
+{
+    server.answer(reply({}));
+    {
+        ContentView window;
+        window.show();
+        await("nothing", [&window] { return named(&window, u"No events found."_s) != nullptr; });
+        album.take("window-empty", &window);
+    }
+    const QString sentence =
+        u"Une très longue phrase qui ne veut pas finir et qui continue sur la ligne suivante. "_s;
+    const QJsonObject longTexts{
+        {u"titre"_s, sentence + sentence},
+        {u"description"_s, sentence.repeated(8)},
+        {u"date_texte"_s, u"Samedi 28 novembre à la tombée de la nuit"_s},
+        {u"heure_texte"_s, u"vers 18 h 30"_s},
+        {u"lieu"_s, sentence},
+        {u"tags"_s,
+         QJsonArray{u"Vie du village"_s, u"Spectacle"_s, u"Jeune public"_s, u"Bibliotheque"_s,
+                    u"Conférence"_s, u"Projection"_s}},
+    };
+    server.answer(reply({row(u"a"_s, 3, longTexts), row(u"b"_s, 4, longTexts)}));
+    ContentView window;
+    window.resize(window.minimumSize());
+    window.show();
+    await("an event", [&window] { return firstRow(&window) != nullptr; });
+    album.take("window-minimum-long-texts", &window);
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
@@ -203,8 +240,22 @@ int main(int argc, char *argv[])
     const OwnHome home;
     const QApplication application(argc, argv);
     const QStringList arguments = QApplication::arguments();
-    if (arguments.size() != 3)
-        qFatal("usage: take_pictures FOLDER SUFFIX");
+    if (arguments.size() < 3)
+        qFatal("usage: take_pictures FOLDER SUFFIX [invented]");
+    const QList<ColorScheme> schemes{ColorScheme::Light, ColorScheme::Dark};
+    const auto albumOf = [&arguments](ColorScheme scheme) {
+        QApplication::setPalette(applicationPalette(scheme));
+        return Album(arguments[1], scheme == ColorScheme::Light ? "light"_L1 : "dark"_L1,
+                     arguments[2]);
+    };
+    if (arguments.size() == 4) {
+        HttpServer server;
+        qputenv("SUPABASE_URL", server.base().toLatin1());
+        qputenv("SUPABASE_KEY", "public-key");
+        for (const ColorScheme scheme : schemes)
+            takeInvented(albumOf(scheme), server);
+        return 0;
+    }
     LocalService service({u"--confirm-email"_s, u"--seed-password"_s, password});
     if (!service.isRunning())
         qFatal("the local service did not start:\n%s", qPrintable(service.output()));
@@ -213,11 +264,8 @@ int main(int argc, char *argv[])
 
     QList<ContentView *> windows;
     QList<Album> albums;
-    const QList<ColorScheme> schemes{ColorScheme::Light, ColorScheme::Dark};
     for (const ColorScheme scheme : schemes) {
-        QApplication::setPalette(applicationPalette(scheme));
-        const Album album(arguments[1], scheme == ColorScheme::Light ? "light"_L1 : "dark"_L1,
-                          arguments[2]);
+        const Album album = albumOf(scheme);
         {
             // Taken before the event loop can bring the reply.
             ContentView loading;
