@@ -1,10 +1,8 @@
 // Deleting an event from the list, with its confirmation.
 
 #include "browse/EventRow.h"
-#include "controls/Accessibility.h"
 #include "controls/ErrorText.h"
 #include "support/MembersWindow.h"
-#include "support/OwnHome.h"
 
 #include <QApplication>
 
@@ -224,16 +222,7 @@ private Q_SLOTS:
 
 int main(int argc, char *argv[])
 {
-    const OwnHome home;
-    const QApplication application(argc, argv);
-    installAccessibility();
-    HttpServer server;
-    qputenv("SUPABASE_URL", server.base().toLatin1());
-    qputenv("SUPABASE_KEY", "public-key");
-    TestWindowDeleting test(server);
-    const int result = QTest::qExec(&test, argc, argv);
-    server.hangUp();
-    return result;
+    return run<TestWindowDeleting>(argc, argv);
 }
 
 #include "test_window_deleting.moc"

@@ -1,11 +1,8 @@
 // Adding and changing an event from the window: the form over it, and the list after it.
 
 #include "browse/EventRow.h"
-#include "controls/Accessibility.h"
 #include "support/MembersWindow.h"
-#include "support/OwnHome.h"
 
-#include <QApplication>
 #include <QJsonDocument>
 
 using namespace Qt::StringLiterals;
@@ -163,16 +160,7 @@ private Q_SLOTS:
 
 int main(int argc, char *argv[])
 {
-    const OwnHome home;
-    const QApplication application(argc, argv);
-    installAccessibility();
-    HttpServer server;
-    qputenv("SUPABASE_URL", server.base().toLatin1());
-    qputenv("SUPABASE_KEY", "public-key");
-    TestWindowEditing test(server);
-    const int result = QTest::qExec(&test, argc, argv);
-    server.hangUp();
-    return result;
+    return run<TestWindowEditing>(argc, argv);
 }
 
 #include "test_window_editing.moc"

@@ -2,12 +2,8 @@
 // whose.
 
 #include "browse/EventRow.h"
-#include "controls/Accessibility.h"
 #include "controls/FocusRing.h"
 #include "support/MembersWindow.h"
-#include "support/OwnHome.h"
-
-#include <QApplication>
 
 using namespace Qt::StringLiterals;
 using namespace WindowTest;
@@ -351,16 +347,7 @@ private Q_SLOTS:
 
 int main(int argc, char *argv[])
 {
-    const OwnHome home;
-    const QApplication application(argc, argv);
-    installAccessibility();
-    HttpServer server;
-    qputenv("SUPABASE_URL", server.base().toLatin1());
-    qputenv("SUPABASE_KEY", "public-key");
-    TestWindowSession test(server);
-    const int result = QTest::qExec(&test, argc, argv);
-    server.hangUp();
-    return result;
+    return run<TestWindowSession>(argc, argv);
 }
 
 #include "test_window_session.moc"

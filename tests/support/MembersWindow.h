@@ -2,11 +2,14 @@
 
 #include "account/CredentialsStore.h"
 #include "backend/SupabaseClient.h"
+#include "controls/Accessibility.h"
 #include "controls/Popover.h"
 #include "controls/Sheet.h"
 #include "support/Await.h"
+#include "support/OwnHome.h"
 #include "support/WindowTest.h"
 
+#include <QApplication>
 #include <QLineEdit>
 
 /// What tests of the members' side of the window share: a service with accounts, and the sheets as
@@ -108,6 +111,23 @@ inline void signInAs(const QString &email)
 {
     QCOMPARE(outcomeOf(SupabaseClient::signIn(email, QStringLiteral("secret"))).failure(),
              QString());
+}
+
+/// The whole of main(): runs the tests against a service of their own, which the window finds as
+/// its project, and with a configuration folder of their own.
+template <typename Test>
+int run(int argc, char *argv[])
+{
+    const OwnHome home;
+    const QApplication application(argc, argv);
+    installAccessibility();
+    HttpServer server;
+    qputenv("SUPABASE_URL", server.base().toLatin1());
+    qputenv("SUPABASE_KEY", "public-key");
+    Test test(server);
+    const int result = QTest::qExec(&test, argc, argv);
+    server.hangUp();
+    return result;
 }
 
 } // namespace MembersWindow
