@@ -3,7 +3,6 @@
 #include "controls/Accessibility.h"
 #include "controls/CalendarPopup.h"
 #include "controls/DateOrder.h"
-#include "controls/EndOfComposition.h"
 #include "controls/FieldFrame.h"
 #include "controls/Fonts.h"
 #include "controls/PickerStyle.h"
@@ -46,19 +45,7 @@ DateField::DateField(const QString &name, const QLocale &locale, QWidget *parent
     setDisplayFormat(dateInFigures(locale));
     setMinimumDate(QDate(100, 1, 1)); // the toolkit knows none before
     setButtonSymbols(NoButtons);
-    setFocusPolicy(Qt::StrongFocus);
-    setFont(appFont(13));
-    setAccessibleName(name);
-    setFixedSize(sizeHint());
-    addFieldRing(this);
-    new EndOfComposition(lineEdit());
-
-    auto *ownStyle = new PickerStyle(Symbol::Calendar, symbolSize);
-    ownStyle->setParent(this);
-    setStyle(ownStyle);
-    QPalette clear;
-    clear.setColor(QPalette::Base, Qt::transparent); // the field's fill has round corners
-    lineEdit()->setPalette(clear);
+    PickerStyle::dress(this, lineEdit(), name, Symbol::Calendar, symbolSize);
 
     auto *opener = new CalendarOpener(this);
     opener->setGeometry(PickerStyle::symbolArea(size()));

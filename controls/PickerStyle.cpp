@@ -1,9 +1,12 @@
 #include "controls/PickerStyle.h"
 
 #include "controls/Colors.h"
+#include "controls/EndOfComposition.h"
 #include "controls/FieldFrame.h"
 #include "controls/Fonts.h"
 
+#include <QAbstractSpinBox>
+#include <QLineEdit>
 #include <QPainter>
 #include <QStyleOption>
 
@@ -19,6 +22,24 @@ PickerStyle::PickerStyle(Symbol symbol, int symbolSize)
     : m_symbol(symbol)
     , m_symbolSize(symbolSize)
 {
+}
+
+void PickerStyle::dress(QAbstractSpinBox *field, QLineEdit *edit, const QString &name,
+                        Symbol symbol, int symbolSize)
+{
+    field->setFocusPolicy(Qt::StrongFocus);
+    field->setFont(appFont(13));
+    field->setAccessibleName(name);
+    field->setFixedSize(field->sizeHint());
+    addFieldRing(field);
+    new EndOfComposition(edit);
+
+    auto *ownStyle = new PickerStyle(symbol, symbolSize);
+    ownStyle->setParent(field);
+    field->setStyle(ownStyle);
+    QPalette clear;
+    clear.setColor(QPalette::Base, Qt::transparent); // the field's fill has round corners
+    edit->setPalette(clear);
 }
 
 QRect PickerStyle::symbolArea(const QSize &field)

@@ -4,6 +4,9 @@
 
 #include <QCommonStyle>
 
+class QAbstractSpinBox;
+class QLineEdit;
+
 /// Draws a spin box as an entry field with a symbol at its right end. Where the spin box has
 /// buttons, the upper and the lower half of the symbol are they.
 class PickerStyle : public QCommonStyle {
@@ -11,6 +14,11 @@ class PickerStyle : public QCommonStyle {
 
 public:
     PickerStyle(Symbol symbol, int symbolSize);
+
+    /// Makes a picker of a spin box, whose line edit is `edit`: named, in the size that it asks
+    /// for, drawn by a style of its own, with the ring and the keys of the other fields.
+    static void dress(QAbstractSpinBox *field, QLineEdit *edit, const QString &name, Symbol symbol,
+                      int symbolSize);
 
     /// Where the symbol takes the mouse, within a field of this size.
     static QRect symbolArea(const QSize &field);

@@ -1,6 +1,5 @@
 #include "controls/TimeField.h"
 
-#include "controls/EndOfComposition.h"
 #include "controls/FieldFrame.h"
 #include "controls/Fonts.h"
 #include "controls/PickerStyle.h"
@@ -21,19 +20,7 @@ TimeField::TimeField(const QString &name, const QLocale &locale, QWidget *parent
     setLocale(locale);
     setDisplayFormat(QStringLiteral("HH:mm"));
     setWrapping(true);
-    setFocusPolicy(Qt::StrongFocus);
-    setFont(appFont(13));
-    setAccessibleName(name);
-    setFixedSize(sizeHint());
-    addFieldRing(this);
-    new EndOfComposition(lineEdit());
-
-    auto *ownStyle = new PickerStyle(Symbol::Stepper, symbolSize);
-    ownStyle->setParent(this);
-    setStyle(ownStyle);
-    QPalette clear;
-    clear.setColor(QPalette::Base, Qt::transparent); // the field's fill has round corners
-    lineEdit()->setPalette(clear);
+    PickerStyle::dress(this, lineEdit(), name, Symbol::Stepper, symbolSize);
 }
 
 QSize TimeField::sizeHint() const
