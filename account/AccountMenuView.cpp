@@ -1,12 +1,14 @@
 #include "account/AccountMenuView.h"
 
 #include "app/ButtonStyles.h"
-#include "controls/Colors.h"
-#include "controls/Fonts.h"
 #include "controls/TextLabel.h"
+#include "look/Colors.h"
+#include "look/Fonts.h"
 
 #include <QPainter>
 #include <QVBoxLayout>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -57,12 +59,11 @@ AccountMenuView::AccountMenuView(const Properties &properties, QWidget *parent)
         column->addWidget(email);
     }
     if (properties.isSignedIn)
-        addButton(column, QStringLiteral("Se déconnecter"), properties.onLogout);
+        addButton(column, u"Se déconnecter"_s, properties.onLogout);
     else if (properties.hasSavedCredentials)
-        addButton(column, QStringLiteral("Se connecter"), properties.onConnect);
+        addButton(column, u"Se connecter"_s, properties.onConnect);
     if (properties.hasSavedCredentials) {
         column->addWidget(new Divider(this));
-        addButton(column, QStringLiteral("Supprimer le compte"), properties.onRemove)
-            ->setDestructive(true);
+        addButton(column, u"Supprimer le compte"_s, properties.onRemove)->setDestructive(true);
     }
 }

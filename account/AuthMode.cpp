@@ -1,5 +1,7 @@
 #include "account/AuthMode.h"
 
+using namespace Qt::StringLiterals;
+
 std::optional<AuthMode> AuthMode::fromRawValue(const QString &rawValue)
 {
     for (const AuthMode mode : allCases) {
@@ -13,9 +15,9 @@ QString AuthMode::rawValue() const
 {
     switch (m_case) {
     case signIn:
-        return QStringLiteral("Connexion");
+        return u"Connexion"_s;
     case signUp:
-        return QStringLiteral("Créer un compte");
+        return u"Créer un compte"_s;
     }
     Q_UNREACHABLE();
     return {};

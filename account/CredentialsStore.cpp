@@ -1,6 +1,5 @@
 #include "account/CredentialsStore.h"
 
-#include "account/AuthRecords.h"
 #include "platform/JsonText.h"
 
 std::optional<Credentials> CredentialsStore::loadCredentials(const UserDefaults &defaults)

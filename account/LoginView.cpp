@@ -3,12 +3,12 @@
 #include "app/ButtonStyles.h"
 #include "backend/LocalizedError.h"
 #include "backend/SupabaseClient.h"
-#include "controls/Accessibility.h"
 #include "controls/ErrorText.h"
-#include "controls/Fonts.h"
 #include "controls/SegmentedControl.h"
 #include "controls/TextField.h"
 #include "controls/TextLabel.h"
+#include "look/Accessibility.h"
+#include "look/Fonts.h"
 
 #include <QHBoxLayout>
 #include <QPointer>
@@ -16,6 +16,8 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -77,7 +79,7 @@ LoginView::LoginView(AuthMode initialMode, QWidget *over)
 QWidget *LoginView::makeHeader()
 {
     auto *header = new QWidget;
-    auto *title = new TextLabel(QStringLiteral("Compte aMorvelle"), appFont(20, QFont::DemiBold));
+    auto *title = new TextLabel(u"Compte aMorvelle"_s, appFont(20, QFont::DemiBold));
     setAccessibleRole(title, QAccessible::Heading);
     setAccessibleName(title->text());
 
@@ -85,19 +87,19 @@ QWidget *LoginView::makeHeader()
     column->setContentsMargins(padding, padding, padding, halfSpacing);
     column->setSpacing(headingSpacing);
     column->addWidget(title);
-    column->addWidget(new TextLabel(QStringLiteral("Connectez-vous ou créez un compte."),
-                                    appFont(13), secondaryText));
+    column->addWidget(
+        new TextLabel(u"Connectez-vous ou créez un compte."_s, appFont(13), secondaryText));
     return header;
 }
 
 QWidget *LoginView::makeBody()
 {
     auto *body = new QWidget;
-    m_mode = new SegmentedControl(QStringLiteral("Mode"), modeLabels());
+    m_mode = new SegmentedControl(u"Mode"_s, modeLabels());
     m_mode->setCurrentIndex(indexOf(m_state.mode));
-    m_email = new TextField(QStringLiteral("Email"));
+    m_email = new TextField(u"Email"_s);
     m_email->setInputMethodHints(Qt::ImhNoPredictiveText | Qt::ImhNoAutoUppercase);
-    m_password = new TextField(QStringLiteral("Mot de passe"));
+    m_password = new TextField(u"Mot de passe"_s);
     m_password->setEchoMode(QLineEdit::Password);
 
     auto *column = new QVBoxLayout(body);
@@ -114,7 +116,7 @@ QWidget *LoginView::makeFooter()
     auto *footer = new QWidget;
     m_error = new ErrorText;
     m_error->setMaximumLines(shownErrorLines);
-    m_cancel = new SecondaryButton(QStringLiteral("Annuler"));
+    m_cancel = new SecondaryButton(u"Annuler"_s);
     m_primary = new PrimaryButton({});
 
     auto *buttons = new QHBoxLayout;
@@ -186,8 +188,8 @@ void LoginView::finish(const std::optional<QString> &failure)
 
 void LoginView::render()
 {
-    m_primary->setLabel(m_state.mode == AuthMode::signUp ? QStringLiteral("Créer un compte")
-                                                         : QStringLiteral("Se connecter"));
+    m_primary->setLabel(m_state.mode == AuthMode::signUp ? u"Créer un compte"_s
+                                                         : u"Se connecter"_s);
     const bool canSubmit =
         !m_state.isSigningIn && !m_state.email.isEmpty() && !m_state.password.isEmpty();
     // The button that is disabled under the person's hand keeps its place: the focus waits in the

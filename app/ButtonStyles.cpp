@@ -1,12 +1,14 @@
 #include "app/ButtonStyles.h"
 
-#include "controls/Colors.h"
-#include "controls/FocusRing.h"
-#include "controls/Fonts.h"
-#include "controls/Painting.h"
+#include "look/Colors.h"
+#include "look/FocusRing.h"
+#include "look/Fonts.h"
+#include "look/Painting.h"
 
 #include <QKeyEvent>
 #include <QPainter>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -63,7 +65,7 @@ StyledButton::StyledButton(const ButtonStyle &style, const QString &text, QWidge
 void StyledButton::setLabel(const QString &text)
 {
     m_label = text;
-    setText(QString(text).replace(u'&', QStringLiteral("&&")));
+    setText(QString(text).replace(u'&', u"&&"_s));
     setAccessibleName(text);
     updateToolTip();
 }

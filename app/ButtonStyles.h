@@ -1,6 +1,6 @@
 #pragma once
 
-#include "controls/Symbols.h"
+#include "look/Symbols.h"
 
 #include <QPushButton>
 

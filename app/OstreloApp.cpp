@@ -1,9 +1,10 @@
 #include "app/OstreloApp.h"
 
 #include "browse/ContentView.h"
-#include "controls/Accessibility.h"
-#include "controls/Colors.h"
-#include "controls/Fonts.h"
+#include "look/Accessibility.h"
+#include "look/Colors.h"
+#include "look/Fonts.h"
+#include "sectionlist/SectionListAccessible.h"
 
 #include <QAction>
 #include <QApplication>
@@ -17,6 +18,8 @@
 #ifdef Q_OS_MACOS
 #include <QMenuBar>
 #endif
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -42,6 +45,7 @@ OstreloApp::OstreloApp(QObject *parent)
     , m_desktopIsDark(schemeOf(QApplication::palette()) == ColorScheme::Dark)
 {
     installAccessibility();
+    installSectionListAccessibility();
     QApplication::setFont(appFont(13));
     loadTranslation();
     makeMenuBar();
@@ -90,7 +94,7 @@ void OstreloApp::applyColorScheme()
 
 void OstreloApp::loadTranslation()
 {
-    if (m_translator.load(QLocale::system(), QStringLiteral("qtbase"), QStringLiteral("_"),
+    if (m_translator.load(QLocale::system(), u"qtbase"_s, u"_"_s,
                           QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
         QCoreApplication::installTranslator(&m_translator);
 }

@@ -10,6 +10,7 @@ class ContentView;
 /// toolkit's texts in the user's language. One in a process, made after the QApplication.
 class OstreloApp : public QObject {
     Q_OBJECT
+
 public:
     explicit OstreloApp(QObject *parent = nullptr);
 

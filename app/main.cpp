@@ -2,10 +2,12 @@
 
 #include <QApplication>
 
+using namespace Qt::StringLiterals;
+
 int main(int argc, char *argv[])
 {
-    QApplication::setApplicationName(QStringLiteral("aMorvelle"));
-    QApplication::setDesktopFileName(QStringLiteral("amorvelle"));
+    QApplication::setApplicationName(u"aMorvelle"_s);
+    QApplication::setDesktopFileName(u"amorvelle"_s);
     QApplication application(argc, argv);
     const OstreloApp ostrelo;
     return QApplication::exec();

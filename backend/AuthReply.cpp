@@ -1,6 +1,6 @@
 #include "backend/AuthReply.h"
 
-#include "account/JwtSubject.h"
+#include "backend/JwtSubject.h"
 #include "backend/SupabaseError.h"
 #include "backend/UndecodableReply.h"
 #include "platform/Text.h"

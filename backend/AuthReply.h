@@ -1,6 +1,6 @@
 #pragma once
 
-#include "account/AuthRecords.h"
+#include "backend/AuthRecords.h"
 #include "backend/Reply.h"
 #include "backend/Session.h"
 

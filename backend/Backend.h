@@ -19,6 +19,7 @@ struct AuthResponse;
 /// window was closed until it has been answered; what only asks does not.
 class Backend : public QObject {
     Q_OBJECT
+
 public:
     /// `defaults` and `center` must outlive this. `diagnosticFile`: where the last events reply
     /// that could not be decoded is left.

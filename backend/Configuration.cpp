@@ -2,12 +2,14 @@
 
 #include "platform/Text.h"
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QString readConfigValue(const QString &suffix, const BundleDictionary &bundle,
                         const QProcessEnvironment &environment)
 {
-    const QString key = QStringLiteral("SUPABASE") + suffix;
+    const QString key = u"SUPABASE"_s + suffix;
     const auto entry = bundle.constFind(key);
     return entry != bundle.constEnd() ? *entry : environment.value(key);
 }
@@ -17,8 +19,8 @@ QString readConfigValue(const QString &suffix, const BundleDictionary &bundle,
 Configuration Configuration::from(const BundleDictionary &bundle,
                                   const QProcessEnvironment &environment)
 {
-    return {normalizeURL(readConfigValue(QStringLiteral("_URL"), bundle, environment)),
-            trimmed(readConfigValue(QStringLiteral("_KEY"), bundle, environment))};
+    return {normalizeURL(readConfigValue(u"_URL"_s, bundle, environment)),
+            trimmed(readConfigValue(u"_KEY"_s, bundle, environment))};
 }
 
 QString normalizeURL(QStringView text)
@@ -27,5 +29,5 @@ QString normalizeURL(QStringView text)
     if (base.isEmpty() || base.startsWith(QLatin1StringView("http://"))
         || base.startsWith(QLatin1StringView("https://")))
         return base;
-    return QStringLiteral("https://") + base;
+    return u"https://"_s + base;
 }

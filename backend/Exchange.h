@@ -27,6 +27,7 @@ struct Received {
 /// One request on its way and the one reply to it: follows nothing and repeats nothing.
 class Exchange : public QObject {
     Q_OBJECT
+
 public:
     /// `reader` serves requests that only read. A write goes through a manager of its own: it finds
     /// no kept connection there that may have gone stale, and clearing the shared one's instead

@@ -9,6 +9,7 @@
 /// cannot be rewound.
 class OneShotBody : public QIODevice {
     Q_OBJECT
+
 public:
     explicit OneShotBody(const QByteArray &bytes, QObject *parent = nullptr);
 

@@ -15,6 +15,7 @@
 /// when a kept connection turns out to be closed.
 class Sender : public QObject {
     Q_OBJECT
+
 public:
     /// Inflates on `worker`; both it and `room` must outlive this.
     Sender(Worker &worker, WaitingRoom &room, const Limits &limits, QObject *parent = nullptr);

@@ -9,6 +9,7 @@
 /// how much of it is its own, and ends the program.
 class FirstPaint : public QObject {
     Q_OBJECT
+
 public:
     explicit FirstPaint(std::function<bool(QObject *)> isAwaited);
 

@@ -1,10 +1,12 @@
 #include "ListRow.h"
 
-#include "controls/Fonts.h"
 #include "controls/IconButton.h"
 #include "controls/TextLabel.h"
+#include "look/Fonts.h"
 
 #include <QPainter>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 constexpr int padding = 6;
@@ -13,20 +15,20 @@ constexpr int spacing = 6;
 
 ListItem listItem(int row)
 {
-    static const QString words = QStringLiteral(
-        "Chacun apporte un bol, les voisins s'occupent des histoires, entrée libre, sur une idée "
+    static const QString words =
+        u"Chacun apporte un bol, les voisins s'occupent des histoires, entrée libre, sur une idée "
         "de "
-        "la bibliothèque, et la fanfare passe à seize heures avec le vin chaud et les crêpes. ");
+        "la bibliothèque, et la fanfare passe à seize heures avec le vin chaud et les crêpes. "_s;
     ListItem item;
-    item.title = QStringLiteral("Soirée numéro %1").arg(row);
+    item.title = u"Soirée numéro %1"_s.arg(row);
     if (row % 9 == 0)
-        item.title += QStringLiteral(", ") + words.left(90);
+        item.title += u", "_s + words.left(90);
     item.description = words.repeated(row % 5).left((row * 37) % 600);
-    item.meta = QStringLiteral("2026-%1-%2   19:00   Salle Vaudrelle")
-                    .arg(1 + row / 30 % 12, 2, 10, QLatin1Char('0'))
-                    .arg(1 + row % 30, 2, 10, QLatin1Char('0'));
+    item.meta =
+        u"2026-%1-%2   19:00   Salle Vaudrelle"_s.arg(1 + row / 30 % 12, 2, 10, QLatin1Char('0'))
+            .arg(1 + row % 30, 2, 10, QLatin1Char('0'));
     if (row % 3 != 0)
-        item.tags = QStringLiteral("Repas   Spectacle   Jeune public");
+        item.tags = u"Repas   Spectacle   Jeune public"_s;
     return item;
 }
 
@@ -35,8 +37,8 @@ ListRow::ListRow()
     , m_description(new TextLabel({}, appFont(13), secondaryText, this))
     , m_meta(new TextLabel({}, appFont(12), secondaryText, this))
     , m_tags(new TextLabel({}, appFont(11, QFont::Medium), secondaryText, this))
-    , m_edit(new IconButton(Symbol::Pencil, QStringLiteral("Modifier"), secondaryText, this))
-    , m_remove(new IconButton(Symbol::Trash, QStringLiteral("Supprimer"), red, this))
+    , m_edit(new IconButton(Symbol::Pencil, u"Modifier"_s, secondaryText, this))
+    , m_remove(new IconButton(Symbol::Trash, u"Supprimer"_s, red, this))
 {
     m_description->setMaximumLines(3);
     m_meta->setMaximumLines(1);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "controls/SectionListRow.h"
+#include "sectionlist/SectionListRow.h"
 
 #include <QAbstractListModel>
 #include <QStyledItemDelegate>

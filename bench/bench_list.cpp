@@ -2,9 +2,9 @@
 // Beside it a stock list view with the same rows, which must measure them all to know its length.
 
 #include "ListRow.h"
-#include "controls/Colors.h"
 #include "controls/Pane.h"
-#include "controls/SectionList.h"
+#include "look/Colors.h"
+#include "sectionlist/SectionList.h"
 
 #include <QApplication>
 #include <QListView>
@@ -16,6 +16,8 @@
 #include <ctime>
 #include <numeric>
 #include <vector>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -71,8 +73,7 @@ SectionListContent contentOf(int rows)
 {
     SectionListContent content;
     for (int row = 0; row < rows; row += 30)
-        content.sections.append(
-            {QStringLiteral("Mois %1").arg(row / 30), std::min(30, rows - row)});
+        content.sections.append({u"Mois %1"_s.arg(row / 30), std::min(30, rows - row)});
     content.rowId = [](int row) { return QString::number(row); };
     content.fill = [](SectionListRow &widget, int row) {
         static_cast<ListRow &>(widget).show(listItem(row), row % 4 == 0);

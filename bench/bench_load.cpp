@@ -13,9 +13,10 @@
 #include "LoopbackService.h"
 #include "browse/ContentView.h"
 #include "browse/EventRow.h"
-#include "controls/Accessibility.h"
-#include "controls/Colors.h"
-#include "controls/Fonts.h"
+#include "look/Accessibility.h"
+#include "look/Colors.h"
+#include "look/Fonts.h"
+#include "sectionlist/SectionListAccessible.h"
 
 #include <QAction>
 #include <QApplication>
@@ -38,6 +39,7 @@ struct Moment {
 /// Notes when rows have been painted.
 class RowWatch : public QObject {
     Q_OBJECT
+
 public:
     RowWatch() { qApp->installEventFilter(this); }
 
@@ -73,6 +75,7 @@ private:
 /// one: for so long a key pressed then would have waited.
 class StallWatch : public QObject {
     Q_OBJECT
+
 public:
     StallWatch()
     {
@@ -219,6 +222,7 @@ int main(int argc, char *argv[])
 
     const QApplication application(argc, argv);
     installAccessibility();
+    installSectionListAccessibility();
     QApplication::setFont(appFont(13));
     QApplication::setPalette(applicationPalette(ColorScheme::Light));
     Figures first;

@@ -13,6 +13,8 @@
 #include <cstdlib>
 #include <vector>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 struct Start {
@@ -87,7 +89,7 @@ void measure(const char *platform, int starts)
     for (int i = 0; i < starts; ++i) {
         stock.push_back(start(stockProgram, {}));
         own.push_back(start(ownProgram, {}));
-        loaded.push_back(start(ownProgram, {QStringLiteral("events")}));
+        loaded.push_back(start(ownProgram, {u"events"_s}));
     }
     print(platform, {"first frame, least", &Start::wall, least, "ms"}, stock, own);
     print(platform, {"its work, median", &Start::work, median, "ms"}, stock, own);

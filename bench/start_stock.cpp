@@ -8,14 +8,16 @@
 #include <QTabWidget>
 #include <QVBoxLayout>
 
+using namespace Qt::StringLiterals;
+
 int main(int argc, char *argv[])
 {
     const QApplication application(argc, argv);
     const FirstPaint watch([](QObject *object) { return object->isWidgetType(); });
     QWidget window;
     auto *column = new QVBoxLayout(&window);
-    column->addWidget(new QLabel(QStringLiteral("amorvelle.fr")));
-    column->addWidget(new QPushButton(QStringLiteral("Ajouter un compte")));
+    column->addWidget(new QLabel(u"amorvelle.fr"_s));
+    column->addWidget(new QPushButton(u"Ajouter un compte"_s));
     column->addWidget(new QTabWidget);
     window.resize(760, 620);
     window.show();

@@ -7,10 +7,12 @@
 
 #include <QApplication>
 
+using namespace Qt::StringLiterals;
+
 int main(int argc, char *argv[])
 {
-    QApplication::setApplicationName(QStringLiteral("aMorvelle"));
-    QApplication::setDesktopFileName(QStringLiteral("amorvelle"));
+    QApplication::setApplicationName(u"aMorvelle"_s);
+    QApplication::setDesktopFileName(u"amorvelle"_s);
     const QApplication application(argc, argv);
     const bool awaitsEvents = argc > 1;
     const FirstPaint watch([awaitsEvents](QObject *object) {

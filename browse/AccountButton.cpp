@@ -1,16 +1,18 @@
 #include "browse/AccountButton.h"
 
-#include "controls/Colors.h"
-#include "controls/FocusRing.h"
-#include "controls/Fonts.h"
-#include "controls/Painting.h"
-#include "controls/Symbols.h"
+#include "look/Colors.h"
+#include "look/FocusRing.h"
+#include "look/Fonts.h"
+#include "look/Painting.h"
+#include "look/Symbols.h"
 
 #include <QFontMetrics>
 #include <QKeyEvent>
 #include <QPainter>
 
 #include <algorithm>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -27,7 +29,7 @@ AccountButton::AccountButton(QWidget *parent)
     : QAbstractButton(parent)
 {
     setFont(appFont(11));
-    setAccessibleName(QStringLiteral("Compte"));
+    setAccessibleName(u"Compte"_s);
     setFocusPolicy(Qt::TabFocus);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     new FocusRing(this, radius);

@@ -6,6 +6,7 @@
 /// at its end where it is long.
 class AccountButton : public QAbstractButton {
     Q_OBJECT
+
 public:
     explicit AccountButton(QWidget *parent = nullptr);
 

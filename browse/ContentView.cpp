@@ -23,6 +23,8 @@
 
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 Instant now()
@@ -47,12 +49,12 @@ ContentView::ContentView(QWidget *parent)
     , m_header(new Header(headerActions(), this))
     , m_body(new QWidget(this))
     , m_parts(new QStackedLayout(m_body))
-    , m_busy(new BusyIndicator(QStringLiteral("Loading events…"), m_body))
+    , m_busy(new BusyIndicator(u"Loading events…"_s, m_body))
     , m_error(new ErrorText(m_body))
     , m_pane(new Pane(m_body))
     , m_tabs(new TabView(m_pane))
 {
-    setWindowTitle(QStringLiteral("aMorvelle"));
+    setWindowTitle(u"aMorvelle"_s);
     setMinimumSize(520, 360);
     // Set, not left to the layout: as its texts may wrap, it would open at the least height.
     resize(sizeHint());
@@ -70,8 +72,8 @@ ContentView::ContentView(QWidget *parent)
     };
     m_upcoming = new EventList(actions, m_tabs);
     m_past = new EventList(actions, m_tabs);
-    m_tabs->addTab(QStringLiteral("À venir"), m_upcoming);
-    m_tabs->addTab(QStringLiteral("Passés"), m_past);
+    m_tabs->addTab(u"À venir"_s, m_upcoming);
+    m_tabs->addTab(u"Passés"_s, m_past);
     m_pane->setContent(m_tabs);
     for (QWidget *part : std::initializer_list<QWidget *>{m_busy, m_error, m_pane})
         m_parts->addWidget(part);

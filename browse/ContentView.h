@@ -25,6 +25,7 @@ class TabView;
 /// follows the process's session: what one window signs in or forgets, all windows show.
 class ContentView : public QWidget {
     Q_OBJECT
+
 public:
     explicit ContentView(QWidget *parent = nullptr);
 

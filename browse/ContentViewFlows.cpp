@@ -8,6 +8,8 @@
 
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /// Signs in with the remembered record, if there is one. Silent when that fails: nobody has asked
@@ -100,7 +102,7 @@ void ContentView::finishLoad(DatedEvents events)
 
 void ContentView::failLoad(const QString &description)
 {
-    m_state.errorMessage = QStringLiteral("Failed to load events: ") + description;
+    m_state.errorMessage = u"Failed to load events: "_s + description;
     m_state.isLoading = false;
     render();
 }
@@ -118,7 +120,7 @@ QCoro::Task<void> ContentView::deleteEvent(Event event)
     if (!self)
         co_return;
     if (failure) {
-        m_state.errorMessage = QStringLiteral("Failed to delete event: ") + *failure;
+        m_state.errorMessage = u"Failed to delete event: "_s + *failure;
         render();
         co_return;
     }

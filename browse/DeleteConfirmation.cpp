@@ -1,11 +1,13 @@
 #include "browse/DeleteConfirmation.h"
 
 #include "app/ButtonStyles.h"
-#include "controls/Accessibility.h"
-#include "controls/Fonts.h"
 #include "controls/TextLabel.h"
+#include "look/Accessibility.h"
+#include "look/Fonts.h"
 
 #include <QVBoxLayout>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -24,15 +26,15 @@ TextLabel *makeCentred(const QString &text, const QFont &font, ColorRole color, 
 DeleteConfirmation::DeleteConfirmation(const std::function<void()> &onConfirm, QWidget *over)
     : Sheet(cardWidth, over)
 {
-    const QString question = QStringLiteral("Supprimer l'événement ?");
+    const QString question = u"Supprimer l'événement ?"_s;
     auto *body = new QWidget;
     auto *title = makeCentred(question, appFont(17, QFont::DemiBold), primaryText, body);
     setAccessibleRole(title, QAccessible::Heading);
-    auto *message = makeCentred(QStringLiteral("Cette action est irréversible."), appFont(13),
-                                secondaryText, body);
-    auto *confirm = new SecondaryButton(QStringLiteral("Supprimer"), body);
+    auto *message =
+        makeCentred(u"Cette action est irréversible."_s, appFont(13), secondaryText, body);
+    auto *confirm = new SecondaryButton(u"Supprimer"_s, body);
     confirm->setDestructive(true);
-    auto *cancel = new SecondaryButton(QStringLiteral("Annuler"), body);
+    auto *cancel = new SecondaryButton(u"Annuler"_s, body);
 
     connect(confirm, &QPushButton::clicked, this, [this, onConfirm] {
         onConfirm();

@@ -4,15 +4,17 @@
 #include "browse/EventMeta.h"
 #include "browse/EventTexts.h"
 #include "browse/TagChips.h"
-#include "controls/Accessibility.h"
-#include "controls/Fonts.h"
 #include "controls/LinkLabel.h"
 #include "controls/SymbolLabel.h"
 #include "controls/TextLabel.h"
+#include "look/Accessibility.h"
+#include "look/Fonts.h"
 #include "platform/Address.h"
 
 #include <QHBoxLayout>
 #include <QVBoxLayout>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -46,14 +48,14 @@ QWidget *makeBody(const Event &event, const Calendar &calendar)
     meta->setEvent(event, calendar);
     column->addWidget(meta);
     if (isPresent(event.organise_par)) {
-        column->addWidget(makeWrappingLabel(
-            Symbol::People, QStringLiteral("Organisé par ") + *event.organise_par, body));
+        column->addWidget(
+            makeWrappingLabel(Symbol::People, u"Organisé par "_s + *event.organise_par, body));
     }
     if (isPresent(event.contact_email))
         column->addWidget(makeWrappingLabel(Symbol::Envelope, *event.contact_email, body));
     if (isPresent(event.link) && formsLink(*event.link)) {
-        column->addWidget(new LinkLabel(QStringLiteral("Ouvrir le lien"), QUrl(*event.link), body),
-                          0, Qt::AlignLeft);
+        column->addWidget(new LinkLabel(u"Ouvrir le lien"_s, QUrl(*event.link), body), 0,
+                          Qt::AlignLeft);
     }
     if (event.tags && !event.tags->isEmpty()) {
         auto *chips = new TagChips(body);
@@ -70,7 +72,7 @@ EventDetailView::EventDetailView(const Event &event, const Calendar &calendar, Q
     : Sheet(cardWidth, over)
 {
     auto *footer = new QWidget;
-    auto *close = new SecondaryButton(QStringLiteral("Fermer"), footer);
+    auto *close = new SecondaryButton(u"Fermer"_s, footer);
     connect(close, &QPushButton::clicked, this, &QWidget::close);
 
     auto *row = new QHBoxLayout(footer);

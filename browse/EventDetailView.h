@@ -8,6 +8,7 @@
 /// beneath it changes nothing here. Its only action is to close.
 class EventDetailView : public Sheet {
     Q_OBJECT
+
 public:
     /// `over` lies in the window that waits meanwhile.
     EventDetailView(const Event &event, const Calendar &calendar, QWidget *over);

@@ -1,12 +1,14 @@
 #include "browse/EventList.h"
 
 #include "browse/Ownership.h"
-#include "controls/Fonts.h"
-#include "controls/SectionList.h"
 #include "controls/TextLabel.h"
+#include "look/Fonts.h"
+#include "sectionlist/SectionList.h"
 
 #include <QStackedLayout>
 #include <QVBoxLayout>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -14,8 +16,7 @@ namespace {
 QWidget *makeEmptyNotice(QWidget *parent)
 {
     auto *notice = new QWidget(parent);
-    auto *label =
-        new TextLabel(QStringLiteral("No events found."), appFont(13), secondaryText, notice);
+    auto *label = new TextLabel(u"No events found."_s, appFont(13), secondaryText, notice);
     label->setAlignment(Qt::AlignHCenter);
     auto *column = new QVBoxLayout(notice);
     column->addStretch();

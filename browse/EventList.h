@@ -11,6 +11,7 @@ class SectionList;
 /// What one tab shows: its events month by month, or that there are none.
 class EventList : public QWidget {
     Q_OBJECT
+
 public:
     struct Actions {
         EventRow::Action onSelect; ///< the row was chosen

@@ -2,11 +2,13 @@
 
 #include "browse/EventTexts.h"
 #include "browse/FairShare.h"
-#include "controls/Fonts.h"
 #include "controls/SymbolLabel.h"
+#include "look/Fonts.h"
 
 #include <algorithm>
 #include <numeric>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -37,7 +39,7 @@ void EventMeta::setEvent(const Event &event, const Calendar &calendar)
     show(m_date, shownDate(event, calendar));
     show(m_time, event.heure_texte);
     show(m_place, event.lieu);
-    m_spoken = spoken.join(QStringLiteral(", "));
+    m_spoken = spoken.join(u", "_s);
     updateGeometry();
     arrange();
 }

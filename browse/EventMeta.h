@@ -11,6 +11,7 @@ class SymbolLabel;
 /// gives way first where there is no room.
 class EventMeta : public QWidget {
     Q_OBJECT
+
 public:
     explicit EventMeta(QWidget *parent = nullptr);
 

@@ -3,11 +3,13 @@
 #include "browse/EventMeta.h"
 #include "browse/EventTexts.h"
 #include "browse/TagChips.h"
-#include "controls/Fonts.h"
 #include "controls/IconButton.h"
 #include "controls/TextLabel.h"
+#include "look/Fonts.h"
 
 #include <algorithm>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -25,8 +27,8 @@ EventRow::EventRow(Action onEdit, Action onDelete, QWidget *parent)
     , m_description(new TextLabel({}, appFont(13), secondaryText, this))
     , m_meta(new EventMeta(this))
     , m_chips(new TagChips(this))
-    , m_edit(new IconButton(Symbol::Pencil, QStringLiteral("Modifier"), secondaryText, this))
-    , m_delete(new IconButton(Symbol::Trash, QStringLiteral("Supprimer"), red, this))
+    , m_edit(new IconButton(Symbol::Pencil, u"Modifier"_s, secondaryText, this))
+    , m_delete(new IconButton(Symbol::Trash, u"Supprimer"_s, red, this))
 {
     m_description->setMaximumLines(3);
     connect(m_edit, &IconButton::clicked, this,
@@ -50,7 +52,7 @@ void EventRow::setEvent(const Event &event, bool isOwner, const Calendar &calend
     setAccessibleName(event.titre);
     QStringList spoken = {m_meta->spoken(), m_chips->spoken()};
     spoken.removeAll(QString());
-    setAccessibleDescription(spoken.join(QStringLiteral(", ")));
+    setAccessibleDescription(spoken.join(u", "_s));
     arrange();
 }
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "controls/SectionListRow.h"
 #include "model/Event.h"
 #include "platform/Calendar.h"
+#include "sectionlist/SectionListRow.h"
 
 #include <functional>
 
@@ -15,6 +15,7 @@ class TextLabel;
 /// button to change and one to delete it.
 class EventRow : public SectionListRow {
     Q_OBJECT
+
 public:
     using Action = std::function<void(const Event &)>;
 

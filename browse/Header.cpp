@@ -2,18 +2,20 @@
 
 #include "app/ButtonStyles.h"
 #include "browse/AccountButton.h"
-#include "controls/Accessibility.h"
-#include "controls/Fonts.h"
-#include "controls/KeyboardFocus.h"
 #include "controls/TextLabel.h"
+#include "look/Accessibility.h"
+#include "look/Fonts.h"
+#include "look/KeyboardFocus.h"
 
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 
+using namespace Qt::StringLiterals;
+
 Header::Header(const Actions &actions, QWidget *parent)
     : QWidget(parent)
-    , m_addAccount(new SecondaryButton(QStringLiteral("Ajouter un compte"), this))
-    , m_addEvent(new PrimaryButton(QStringLiteral("Ajouter un événement"), this))
+    , m_addAccount(new SecondaryButton(u"Ajouter un compte"_s, this))
+    , m_addEvent(new PrimaryButton(u"Ajouter un événement"_s, this))
     , m_account(new AccountButton(this))
 {
     m_addEvent->setSymbol(Symbol::Plus);
@@ -52,11 +54,11 @@ QWidget *Header::accountButton() const
 QWidget *Header::makeTitles()
 {
     auto *titles = new QWidget(this);
-    auto *brand = new TextLabel(QStringLiteral("amorvelle.fr"), appFont(24, QFont::DemiBold),
-                                primaryText, titles);
+    auto *brand =
+        new TextLabel(u"amorvelle.fr"_s, appFont(24, QFont::DemiBold), primaryText, titles);
     setAccessibleRole(brand, QAccessible::Heading);
-    auto *tagline = new TextLabel(QStringLiteral("Les événements à Morvelle et ses environs"),
-                                  appFont(13), secondaryText, titles);
+    auto *tagline = new TextLabel(u"Les événements à Morvelle et ses environs"_s, appFont(13),
+                                  secondaryText, titles);
 
     auto *column = new QVBoxLayout(titles);
     column->setContentsMargins(0, 0, 0, 0);

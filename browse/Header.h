@@ -12,6 +12,7 @@ class SecondaryButton;
 /// The top of the window: the brand and the tagline on the left, what a member can do on the right.
 class Header : public QWidget {
     Q_OBJECT
+
 public:
     /// What the buttons do; one without an action does nothing.
     struct Actions {

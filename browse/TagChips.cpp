@@ -1,16 +1,18 @@
 #include "browse/TagChips.h"
 
 #include "browse/TagPalette.h"
-#include "controls/Accessibility.h"
-#include "controls/Colors.h"
-#include "controls/Fonts.h"
-#include "controls/Painting.h"
+#include "look/Accessibility.h"
+#include "look/Colors.h"
+#include "look/Fonts.h"
+#include "look/Painting.h"
 
 #include <QEvent>
 #include <QFontMetrics>
 #include <QPainter>
 
 #include <algorithm>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -43,7 +45,7 @@ void TagChips::setTags(const QStringList &tags)
     if (tags == m_tags)
         return;
     m_tags = tags;
-    m_spoken = tags.join(QStringLiteral(", "));
+    m_spoken = tags.join(u", "_s);
     setAccessibleName(m_spoken);
     arrange();
     updateGeometry();

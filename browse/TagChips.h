@@ -7,6 +7,7 @@
 /// that does not even fit alone is cut within. The tooltip then has all of them.
 class TagChips : public QWidget {
     Q_OBJECT
+
 public:
     explicit TagChips(QWidget *parent = nullptr);
 

@@ -40,7 +40,7 @@ endfunction()
 # Builds what the thread sanitizer is to look at, and no more.
 add_custom_target(thread_tests)
 
-# A Qt Test program tests/<name>.cpp, run by ctest under <name> without a display and against no
+# A Qt Test program <name>.cpp of the current folder, run by ctest under <name> without a display and against no
 # service but its own. LABELS: vectors (reads recorded answers), threads (also run under TSan),
 # stack (needs PostgreSQL).
 function(amorvelle_add_test name)

@@ -1,9 +1,9 @@
 #include "controls/BusyIndicator.h"
 
-#include "controls/Accessibility.h"
-#include "controls/Fonts.h"
 #include "controls/Spinner.h"
 #include "controls/TextLabel.h"
+#include "look/Accessibility.h"
+#include "look/Fonts.h"
 
 #include <QVBoxLayout>
 

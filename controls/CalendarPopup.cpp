@@ -1,13 +1,13 @@
 #include "controls/CalendarPopup.h"
 
-#include "controls/Colors.h"
-#include "controls/Compositing.h"
-#include "controls/Fonts.h"
 #include "controls/IconButton.h"
-#include "controls/Painting.h"
 #include "controls/PopupCard.h"
 #include "controls/PopupPlacement.h"
 #include "controls/TextLabel.h"
+#include "look/Colors.h"
+#include "look/Compositing.h"
+#include "look/Fonts.h"
+#include "look/Painting.h"
 
 #include <QCalendarWidget>
 #include <QHBoxLayout>
@@ -19,6 +19,8 @@
 #include <QTableView>
 #include <QTextCharFormat>
 #include <QVBoxLayout>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -95,11 +97,9 @@ CalendarPopup::CalendarPopup(QWidget *anchor, const QLocale &locale)
 {
     setAttribute(Qt::WA_TranslucentBackground, m_isComposited);
     setLocale(locale);
-    setAccessibleName(QStringLiteral("Calendrier"));
-    auto *previous =
-        new IconButton(Symbol::ChevronLeft, QStringLiteral("Mois précédent"), secondaryText, this);
-    auto *next =
-        new IconButton(Symbol::ChevronRight, QStringLiteral("Mois suivant"), secondaryText, this);
+    setAccessibleName(u"Calendrier"_s);
+    auto *previous = new IconButton(Symbol::ChevronLeft, u"Mois précédent"_s, secondaryText, this);
+    auto *next = new IconButton(Symbol::ChevronRight, u"Mois suivant"_s, secondaryText, this);
     connect(previous, &QAbstractButton::clicked, m_month, &QCalendarWidget::showPreviousMonth);
     connect(next, &QAbstractButton::clicked, m_month, &QCalendarWidget::showNextMonth);
     connect(m_month, &QCalendarWidget::currentPageChanged, this, &CalendarPopup::showMonth);

@@ -1,15 +1,17 @@
 #include "controls/DateField.h"
 
-#include "controls/Accessibility.h"
 #include "controls/CalendarPopup.h"
 #include "controls/DateOrder.h"
 #include "controls/FieldFrame.h"
-#include "controls/Fonts.h"
 #include "controls/PickerStyle.h"
+#include "look/Accessibility.h"
+#include "look/Fonts.h"
 
 #include <QAbstractButton>
 #include <QKeyEvent>
 #include <QLineEdit>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -25,7 +27,7 @@ public:
         // The keyboard has keys of its own for it.
         setFocusPolicy(Qt::NoFocus);
         setCursor(Qt::ArrowCursor);
-        setAccessibleName(QStringLiteral("Calendrier"));
+        setAccessibleName(u"Calendrier"_s);
         setAccessibleRole(this, QAccessible::ButtonMenu);
     }
 

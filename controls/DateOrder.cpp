@@ -2,16 +2,18 @@
 
 #include <QLocale>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QString figuresFor(QChar field)
 {
     if (field == u'd')
-        return QStringLiteral("dd");
+        return u"dd"_s;
     if (field == u'M')
-        return QStringLiteral("MM");
+        return u"MM"_s;
     if (field == u'y')
-        return QStringLiteral("yyyy");
+        return u"yyyy"_s;
     return {};
 }
 
@@ -38,5 +40,5 @@ QString dateInFigures(const QLocale &locale)
             separator.clear();
         }
     }
-    return seen.size() == 3 ? figures : QStringLiteral("yyyy-MM-dd");
+    return seen.size() == 3 ? figures : u"yyyy-MM-dd"_s;
 }

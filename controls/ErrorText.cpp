@@ -1,10 +1,10 @@
 #include "controls/ErrorText.h"
 
-#include "controls/Accessibility.h"
-#include "controls/Colors.h"
-#include "controls/Fonts.h"
 #include "controls/TextBlock.h"
 #include "controls/ThinScrollBar.h"
+#include "look/Accessibility.h"
+#include "look/Colors.h"
+#include "look/Fonts.h"
 
 #include <QEvent>
 #include <QMimeData>

@@ -1,9 +1,9 @@
 #include "controls/FieldFrame.h"
 
-#include "controls/Colors.h"
-#include "controls/FocusRing.h"
-#include "controls/Fonts.h"
-#include "controls/Painting.h"
+#include "look/Colors.h"
+#include "look/FocusRing.h"
+#include "look/Fonts.h"
+#include "look/Painting.h"
 
 #include <QPainter>
 

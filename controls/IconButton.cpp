@@ -1,8 +1,8 @@
 #include "controls/IconButton.h"
 
-#include "controls/Fonts.h"
-#include "controls/KeyboardFocus.h"
-#include "controls/Painting.h"
+#include "look/Fonts.h"
+#include "look/KeyboardFocus.h"
+#include "look/Painting.h"
 
 #include <QKeyEvent>
 #include <QPainter>

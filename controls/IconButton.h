@@ -1,8 +1,8 @@
 #pragma once
 
-#include "controls/Accessibility.h"
-#include "controls/Colors.h"
-#include "controls/Symbols.h"
+#include "look/Accessibility.h"
+#include "look/Colors.h"
+#include "look/Symbols.h"
 
 #include <QAbstractButton>
 

@@ -1,19 +1,20 @@
 #include "controls/LinkLabel.h"
 
-#include "controls/Colors.h"
-#include "controls/FocusRing.h"
-#include "controls/Fonts.h"
-#include "controls/Painting.h"
+#include "look/Colors.h"
+#include "look/FocusRing.h"
+#include "look/Fonts.h"
+#include "look/Painting.h"
 
 #include <QDesktopServices>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QStringList>
 
+using namespace Qt::StringLiterals;
+
 bool mayOpen(const QUrl &address)
 {
-    static const QStringList schemes = {QString(), QStringLiteral("http"), QStringLiteral("https"),
-                                        QStringLiteral("mailto"), QStringLiteral("tel")};
+    static const QStringList schemes = {QString(), u"http"_s, u"https"_s, u"mailto"_s, u"tel"_s};
     return schemes.contains(address.scheme()); // which QUrl keeps in lower case
 }
 

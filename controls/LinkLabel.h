@@ -1,6 +1,6 @@
 #pragma once
 
-#include "controls/Accessibility.h"
+#include "look/Accessibility.h"
 
 #include <QAbstractButton>
 #include <QUrl>

@@ -1,15 +1,17 @@
 #include "controls/Menu.h"
 
-#include "controls/Compositing.h"
-#include "controls/Fonts.h"
 #include "controls/MenuStyle.h"
 #include "controls/PopupCard.h"
 #include "controls/PopupPlacement.h"
+#include "look/Compositing.h"
+#include "look/Fonts.h"
 
 #include <QMouseEvent>
 #include <QScreen>
 
 #include <algorithm>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -17,7 +19,7 @@ constexpr int gapToAnchor = 4;
 
 QString withAmpersands(QString text)
 {
-    return text.replace(u'&', QStringLiteral("&&"));
+    return text.replace(u'&', u"&&"_s);
 }
 
 } // namespace

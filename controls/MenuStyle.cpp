@@ -1,13 +1,15 @@
 #include "controls/MenuStyle.h"
 
-#include "controls/Colors.h"
-#include "controls/Fonts.h"
-#include "controls/Painting.h"
 #include "controls/PopupCard.h"
-#include "controls/Symbols.h"
+#include "look/Colors.h"
+#include "look/Fonts.h"
+#include "look/Painting.h"
+#include "look/Symbols.h"
 
 #include <QPainter>
 #include <QStyleOptionMenuItem>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -21,7 +23,7 @@ constexpr int checkmarkLeft = 8;
 
 QString withoutDoubling(QString text)
 {
-    return text.replace(QStringLiteral("&&"), QStringLiteral("&"));
+    return text.replace(u"&&"_s, u"&"_s);
 }
 
 void drawItem(const QStyleOptionMenuItem &item, QPainter &painter)

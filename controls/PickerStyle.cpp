@@ -1,9 +1,9 @@
 #include "controls/PickerStyle.h"
 
-#include "controls/Colors.h"
 #include "controls/EndOfComposition.h"
 #include "controls/FieldFrame.h"
-#include "controls/Fonts.h"
+#include "look/Colors.h"
+#include "look/Fonts.h"
 
 #include <QAbstractSpinBox>
 #include <QLineEdit>

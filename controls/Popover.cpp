@@ -1,11 +1,11 @@
 #include "controls/Popover.h"
 
-#include "controls/Accessibility.h"
-#include "controls/Colors.h"
-#include "controls/Compositing.h"
-#include "controls/KeyboardFocus.h"
 #include "controls/PopupCard.h"
 #include "controls/PopupPlacement.h"
+#include "look/Accessibility.h"
+#include "look/Colors.h"
+#include "look/Compositing.h"
+#include "look/KeyboardFocus.h"
 
 #include <QGuiApplication>
 #include <QKeyEvent>

@@ -1,7 +1,7 @@
 #include "controls/PopupButton.h"
 
-#include "controls/Fonts.h"
 #include "controls/Menu.h"
+#include "look/Fonts.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 #include "controls/PopupCard.h"
 
-#include "controls/Colors.h"
-#include "controls/Painting.h"
-#include "controls/Shadow.h"
+#include "look/Colors.h"
+#include "look/Painting.h"
+#include "look/Shadow.h"
 
 #include <QPainter>
 

@@ -1,10 +1,10 @@
 #include "controls/PopupLabel.h"
 
-#include "controls/FocusRing.h"
-#include "controls/Fonts.h"
 #include "controls/Menu.h"
-#include "controls/Painting.h"
-#include "controls/Symbols.h"
+#include "look/FocusRing.h"
+#include "look/Fonts.h"
+#include "look/Painting.h"
+#include "look/Symbols.h"
 
 #include <QKeyEvent>
 #include <QPainter>

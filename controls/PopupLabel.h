@@ -1,7 +1,7 @@
 #pragma once
 
-#include "controls/Accessibility.h"
-#include "controls/Colors.h"
+#include "look/Accessibility.h"
+#include "look/Colors.h"
 
 #include <QAbstractButton>
 

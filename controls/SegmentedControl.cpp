@@ -1,12 +1,12 @@
 #include "controls/SegmentedControl.h"
 
-#include "controls/Accessibility.h"
-#include "controls/Colors.h"
-#include "controls/FocusRing.h"
-#include "controls/Fonts.h"
-#include "controls/Painting.h"
-#include "controls/Shadow.h"
 #include "controls/TextLabel.h"
+#include "look/Accessibility.h"
+#include "look/Colors.h"
+#include "look/FocusRing.h"
+#include "look/Fonts.h"
+#include "look/Painting.h"
+#include "look/Shadow.h"
 
 #include <QHBoxLayout>
 #include <QPainter>

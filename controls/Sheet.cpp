@@ -1,11 +1,11 @@
 #include "controls/Sheet.h"
 
-#include "controls/Accessibility.h"
-#include "controls/Colors.h"
-#include "controls/Compositing.h"
-#include "controls/KeyboardFocus.h"
-#include "controls/Shadow.h"
 #include "controls/SheetBody.h"
+#include "look/Accessibility.h"
+#include "look/Colors.h"
+#include "look/Compositing.h"
+#include "look/KeyboardFocus.h"
+#include "look/Shadow.h"
 
 #include <QApplication>
 #include <QCloseEvent>

@@ -1,7 +1,7 @@
 #include "controls/Spinner.h"
 
-#include "controls/Colors.h"
-#include "controls/Fonts.h"
+#include "look/Colors.h"
+#include "look/Fonts.h"
 
 #include <QPainter>
 #include <QStyle>

@@ -1,8 +1,8 @@
 #include "controls/SymbolLabel.h"
 
-#include "controls/Accessibility.h"
-#include "controls/Fonts.h"
-#include "controls/Painting.h"
+#include "look/Accessibility.h"
+#include "look/Fonts.h"
+#include "look/Painting.h"
 
 #include <QEvent>
 #include <QPainter>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "controls/Colors.h"
-#include "controls/Symbols.h"
 #include "controls/TextBlock.h"
+#include "look/Colors.h"
+#include "look/Symbols.h"
 
 #include <QWidget>
 

@@ -1,9 +1,9 @@
 #include "controls/TabButton.h"
 
-#include "controls/Colors.h"
-#include "controls/Fonts.h"
-#include "controls/KeyboardFocus.h"
-#include "controls/Painting.h"
+#include "look/Colors.h"
+#include "look/Fonts.h"
+#include "look/KeyboardFocus.h"
+#include "look/Painting.h"
 
 #include <QKeyEvent>
 #include <QPainter>

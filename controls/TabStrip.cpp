@@ -1,8 +1,8 @@
 #include "controls/TabStrip.h"
 
-#include "controls/Accessibility.h"
-#include "controls/Colors.h"
 #include "controls/TabButton.h"
+#include "look/Accessibility.h"
+#include "look/Colors.h"
 
 #include <QHBoxLayout>
 #include <QKeyEvent>

@@ -1,7 +1,7 @@
 #include "controls/TabView.h"
 
-#include "controls/Accessibility.h"
 #include "controls/TabStrip.h"
+#include "look/Accessibility.h"
 
 #include <QStackedLayout>
 #include <QVBoxLayout>

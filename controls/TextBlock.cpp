@@ -1,11 +1,13 @@
 #include "controls/TextBlock.h"
 
-#include "controls/Fonts.h"
+#include "look/Fonts.h"
 
 #include <QFontMetricsF>
 #include <QPainter>
 
 #include <cmath>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -18,7 +20,7 @@ constexpr qreal unlimited = 1 << 24; ///< pixels
 /// As the layout takes it: line separators for every kind of line break.
 QString withLineSeparators(QString text)
 {
-    text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+    text.replace(u"\r\n"_s, u"\n"_s);
     for (QChar &c : text) {
         if (c == u'\n' || c == u'\r' || c == QChar::ParagraphSeparator || c == u'\v' || c == u'\f'
             || c == QChar(0x85))

@@ -1,10 +1,10 @@
 #include "controls/TextEditor.h"
 
-#include "controls/Colors.h"
 #include "controls/EndOfComposition.h"
 #include "controls/FieldFrame.h"
-#include "controls/Fonts.h"
 #include "controls/ThinScrollBar.h"
+#include "look/Colors.h"
+#include "look/Fonts.h"
 
 #include <QInputMethodEvent>
 #include <QMimeData>

@@ -1,7 +1,7 @@
 #include "controls/TextField.h"
 
 #include "controls/FieldFrame.h"
-#include "controls/Fonts.h"
+#include "look/Fonts.h"
 
 #include <QApplication>
 #include <QInputMethod>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "controls/Colors.h"
 #include "controls/TextBlock.h"
+#include "look/Colors.h"
 
 #include <QWidget>
 

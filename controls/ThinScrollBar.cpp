@@ -1,7 +1,7 @@
 #include "controls/ThinScrollBar.h"
 
-#include "controls/Colors.h"
-#include "controls/Painting.h"
+#include "look/Colors.h"
+#include "look/Painting.h"
 
 #include <QCommonStyle>
 #include <QPainter>

@@ -1,11 +1,13 @@
 #include "controls/TimeField.h"
 
 #include "controls/FieldFrame.h"
-#include "controls/Fonts.h"
 #include "controls/PickerStyle.h"
+#include "look/Fonts.h"
 
 #include <QLineEdit>
 #include <QWheelEvent>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -18,7 +20,7 @@ TimeField::TimeField(const QString &name, const QLocale &locale, QWidget *parent
     : QTimeEdit(parent)
 {
     setLocale(locale);
-    setDisplayFormat(QStringLiteral("HH:mm"));
+    setDisplayFormat(u"HH:mm"_s);
     setWrapping(true);
     PickerStyle::dress(this, lineEdit(), name, Symbol::Stepper, symbolSize);
 }

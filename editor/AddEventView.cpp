@@ -3,15 +3,17 @@
 #include "app/ButtonStyles.h"
 #include "backend/LocalizedError.h"
 #include "backend/SupabaseClient.h"
-#include "controls/Accessibility.h"
 #include "controls/ErrorText.h"
-#include "controls/Fonts.h"
 #include "controls/TextLabel.h"
 #include "editor/EventFormBody.h"
+#include "look/Accessibility.h"
+#include "look/Fonts.h"
 
 #include <QDateTime>
 #include <QHBoxLayout>
 #include <QVBoxLayout>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -47,8 +49,7 @@ AddEventView::AddEventView(const std::optional<Event> &existingEvent, const Comp
 
 QWidget *AddEventView::makeHeader()
 {
-    const QString title = m_existingEvent ? QStringLiteral("Modifier l'événement")
-                                          : QStringLiteral("Ajouter un événement");
+    const QString title = m_existingEvent ? u"Modifier l'événement"_s : u"Ajouter un événement"_s;
     setAccessibleName(title);
     auto *header = new QWidget;
     auto *heading = new TextLabel(title, appFont(20, QFont::DemiBold));
@@ -68,10 +69,9 @@ QWidget *AddEventView::makeFooter()
     errorColumn->setContentsMargins(0, 0, 0, errorSpacing);
     errorColumn->addWidget(m_error);
 
-    auto *cancel = new SecondaryButton(QStringLiteral("Annuler"));
+    auto *cancel = new SecondaryButton(u"Annuler"_s);
     connect(cancel, &QPushButton::clicked, this, &QWidget::close);
-    m_save = new PrimaryButton(m_existingEvent ? QStringLiteral("Enregistrer")
-                                               : QStringLiteral("Créer"));
+    m_save = new PrimaryButton(m_existingEvent ? u"Enregistrer"_s : u"Créer"_s);
     connect(m_save, &QPushButton::clicked, this, &AddEventView::submit);
     auto *buttons = new QHBoxLayout;
     buttons->setContentsMargins(0, buttonSpacing, 0, 0);

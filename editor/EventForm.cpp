@@ -6,13 +6,13 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 const QStringList &availableTags()
 {
     static const QStringList tags{
-        QStringLiteral("Vie du village"), QStringLiteral("Spectacle"),
-        QStringLiteral("Repas"),          QStringLiteral("Sport"),
-        QStringLiteral("Jeune public"),   QStringLiteral("Bibliotheque"),
-        QStringLiteral("Conférence"),     QStringLiteral("Projection"),
+        u"Vie du village"_s, u"Spectacle"_s,    u"Repas"_s,      u"Sport"_s,
+        u"Jeune public"_s,   u"Bibliotheque"_s, u"Conférence"_s, u"Projection"_s,
     };
     return tags;
 }
@@ -20,24 +20,17 @@ const QStringList &availableTags()
 const QStringList &availableOrganisers()
 {
     static const QStringList organisers{
-        QStringLiteral("Association Culturelle"),
-        QStringLiteral("Amis de Brunelande"),
-        QStringLiteral("Morvelle Animation"),
-        QStringLiteral("Les Lentibulles"),
-        QStringLiteral("Causarium"),
-        QStringLiteral("Ainés rurauxs"),
-        QStringLiteral("Les Parents d’élèves"),
-        QStringLiteral("La Grange"),
-        QStringLiteral("La Boulangerie"),
-        QStringLiteral("AMAP Vertelune"),
-        otherOrganiser(),
+        u"Association Culturelle"_s, u"Amis de Brunelande"_s, u"Morvelle Animation"_s,
+        u"Les Lentibulles"_s,        u"Causarium"_s,          u"Ainés rurauxs"_s,
+        u"Les Parents d’élèves"_s,   u"La Grange"_s,          u"La Boulangerie"_s,
+        u"AMAP Vertelune"_s,         otherOrganiser(),
     };
     return organisers;
 }
 
 const QString &otherOrganiser()
 {
-    static const QString other = QStringLiteral("Autre");
+    static const QString other = u"Autre"_s;
     return other;
 }
 
@@ -46,12 +39,11 @@ EventForm initialForm(const std::optional<Event> &event, const std::optional<QSt
 {
     const Event from = event.value_or(Event());
     EventForm form;
-    form.title = event ? from.titre : QStringLiteral("Atelier création");
-    form.description = from.description.value_or(QStringLiteral("Pour les enfants de 4 à 11 ans."));
+    form.title = event ? from.titre : u"Atelier création"_s;
+    form.description = from.description.value_or(u"Pour les enfants de 4 à 11 ans."_s);
     // "Atelier" is not offered, and so stays with every event that starts from the samples.
-    form.selectedTags = TagSet(
-        from.tags.value_or(QStringList{QStringLiteral("Jeune public"), QStringLiteral("Atelier")}));
-    form.lieu = from.lieu.value_or(QStringLiteral("Salle Vaudrelle"));
+    form.selectedTags = TagSet(from.tags.value_or(QStringList{u"Jeune public"_s, u"Atelier"_s}));
+    form.lieu = from.lieu.value_or(u"Salle Vaudrelle"_s);
     form.link = from.link.value_or(QString());
     form.organisePar = from.organise_par.value_or(availableOrganisers().first());
     const auto isOrganiser = [&form](const QString &offered) {

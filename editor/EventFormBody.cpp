@@ -2,7 +2,6 @@
 
 #include "controls/DateField.h"
 #include "controls/EndOfComposition.h"
-#include "controls/Fonts.h"
 #include "controls/PopupButton.h"
 #include "controls/ShownText.h"
 #include "controls/TextEditor.h"
@@ -11,6 +10,7 @@
 #include "controls/TimeField.h"
 #include "editor/PickedTime.h"
 #include "editor/TagMenuView.h"
+#include "look/Fonts.h"
 #include "platform/Text.h"
 
 #include <QHBoxLayout>
@@ -18,6 +18,8 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -66,16 +68,15 @@ EventFormBody::EventFormBody(const EventForm &initial, const Calendar &calendar,
     , m_initial(initial)
     , m_form(initial)
     , m_clock(calendar.zoneName())
-    , m_title(makeField(QStringLiteral("Titre"), QStringLiteral("Ex: Atelier création"),
-                        &EventForm::title))
-    , m_description(new TextEditor(QStringLiteral("Ex: Pour les enfants de 4 à 11 ans.")))
-    , m_tags(new TagMenuView(QStringLiteral("Tags"), availableTags()))
-    , m_organiser(new PopupButton(QStringLiteral("Organisé par"), availableOrganisers()))
+    , m_title(makeField(u"Titre"_s, u"Ex: Atelier création"_s, &EventForm::title))
+    , m_description(new TextEditor(u"Ex: Pour les enfants de 4 à 11 ans."_s))
+    , m_tags(new TagMenuView(u"Tags"_s, availableTags()))
+    , m_organiser(new PopupButton(u"Organisé par"_s, availableOrganisers()))
     , m_custom(new QWidget)
-    , m_date(new DateField(QStringLiteral("Date"), QLocale(calendar.localeName())))
-    , m_time(new TimeField(QStringLiteral("Heure"), QLocale(calendar.localeName())))
+    , m_date(new DateField(u"Date"_s, QLocale(calendar.localeName())))
+    , m_time(new TimeField(u"Heure"_s, QLocale(calendar.localeName())))
 {
-    m_description->setAccessibleName(QStringLiteral("Description"));
+    m_description->setAccessibleName(u"Description"_s);
     m_description->setWholeText(m_form.description);
     connect(m_description, &TextEditor::edited, this, [this] {
         change([this](EventForm &form) { form.description = m_description->wholeText(); });
@@ -87,19 +88,16 @@ EventFormBody::EventFormBody(const EventForm &initial, const Calendar &calendar,
     auto *column = new QVBoxLayout(this);
     column->setContentsMargins(padding, headingSpacing, padding, groupSpacing);
     column->setSpacing(groupSpacing);
-    addGroup(column, QStringLiteral("Titre"), m_title);
-    addGroup(column, QStringLiteral("Description"), m_description);
-    addGroup(column, QStringLiteral("Tags"), m_tags);
+    addGroup(column, u"Titre"_s, m_title);
+    addGroup(column, u"Description"_s, m_description);
+    addGroup(column, u"Tags"_s, m_tags);
+    addGroup(column, u"Lieu"_s, makeField(u"Lieu"_s, u"Ex: Salle Vaudrelle"_s, &EventForm::lieu));
+    addGroup(column, u"Lien"_s,
+             makeField(u"Lien"_s, u"Ex: https://www.exemple.fr"_s, &EventForm::link));
+    addGroup(column, u"Organisé par"_s, makeOrganiser());
     addGroup(
-        column, QStringLiteral("Lieu"),
-        makeField(QStringLiteral("Lieu"), QStringLiteral("Ex: Salle Vaudrelle"), &EventForm::lieu));
-    addGroup(column, QStringLiteral("Lien"),
-             makeField(QStringLiteral("Lien"), QStringLiteral("Ex: https://www.exemple.fr"),
-                       &EventForm::link));
-    addGroup(column, QStringLiteral("Organisé par"), makeOrganiser());
-    addGroup(column, QStringLiteral("Email de contact"),
-             makeField(QStringLiteral("Email de contact"), QStringLiteral("Ex: camille@exemple.fr"),
-                       &EventForm::contactEmail));
+        column, u"Email de contact"_s,
+        makeField(u"Email de contact"_s, u"Ex: camille@exemple.fr"_s, &EventForm::contactEmail));
     column->addWidget(makeMoment());
     column->addStretch();
     render();
@@ -140,10 +138,9 @@ QWidget *EventFormBody::makeOrganiser()
     connect(m_organiser, &PopupButton::chosen, this, [this](const QString &organiser) {
         change([&organiser](EventForm &form) { form.organisePar = organiser; });
     });
-    auto *customRow =
-        besideCaption(QStringLiteral("Préciser"),
-                      makeField(QStringLiteral("Préciser"), QStringLiteral("Nom de l'organisateur"),
-                                &EventForm::organiseParCustom));
+    auto *customRow = besideCaption(
+        u"Préciser"_s,
+        makeField(u"Préciser"_s, u"Nom de l'organisateur"_s, &EventForm::organiseParCustom));
     customRow->setContentsMargins(0, 0, 0, 0);
     m_custom->setLayout(customRow);
 
@@ -175,8 +172,8 @@ QWidget *EventFormBody::makeMoment()
     auto *row = new QHBoxLayout(moment);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(momentSpacing);
-    row->addLayout(besideCaption(QStringLiteral("Date"), m_date));
-    row->addLayout(besideCaption(QStringLiteral("Heure"), m_time));
+    row->addLayout(besideCaption(u"Date"_s, m_date));
+    row->addLayout(besideCaption(u"Heure"_s, m_time));
     row->addStretch();
     return moment;
 }

@@ -2,6 +2,8 @@
 
 #include "controls/Menu.h"
 
+using namespace Qt::StringLiterals;
+
 TagMenuView::TagMenuView(const QString &name, const QStringList &tags, QWidget *parent)
     : PopupLabel(name, parent)
     , m_tags(tags)
@@ -19,7 +21,7 @@ void TagMenuView::setSelection(const TagSet &selection)
         items.append({tag, selection.contains(tag)});
     menu()->setItems(items);
     if (selection.isEmpty())
-        setLabel(QStringLiteral("Choisir des tags"), secondaryText);
+        setLabel(u"Choisir des tags"_s, secondaryText);
     else
-        setLabel(selection.sorted().join(QStringLiteral(", ")));
+        setLabel(selection.sorted().join(u", "_s));
 }

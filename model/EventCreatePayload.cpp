@@ -4,6 +4,8 @@
 
 #include <QDateTime>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QByteArray json(const QString &text)
@@ -47,8 +49,7 @@ QString EventCreatePayload::isoDateTime(Instant from, Instant time, const Calend
 {
     const QDateTime joined = QDateTime::fromMSecsSinceEpoch(calendar.join(from, time).ms, Qt::UTC);
     // Not Qt's own ISO form, which gives nothing for years of five digits.
-    return QStringLiteral("%1-%2")
-        .arg(joined.date().year(), 4, 10, QLatin1Char('0'))
+    return u"%1-%2"_s.arg(joined.date().year(), 4, 10, QLatin1Char('0'))
         .arg(joined.toString(u"MM-dd'T'HH:mm:ss'Z'"));
 }
 

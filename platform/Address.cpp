@@ -4,6 +4,8 @@
 
 #include <arpa/inet.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 enum Letters { AsciiOnly, AnyLetters };
@@ -183,7 +185,7 @@ std::optional<QUrl> requestAddress(QStringView text)
     QUrl url(text.toString(), QUrl::StrictMode);
     // RFC 6761 keeps "invalid" free of hosts.
     if (!url.isValid() || url.host().isEmpty())
-        return QUrl(QStringLiteral("https://host.invalid/"));
+        return QUrl(u"https://host.invalid/"_s);
     return url;
 }
 

@@ -13,6 +13,8 @@
 
 #include <array>
 
+using namespace Qt::StringLiterals;
+
 // The C++ classes of ICU rather than its C functions: they own themselves.
 
 namespace {
@@ -40,7 +42,7 @@ QString currentLocale()
     for (const char *const variable : {"LC_ALL", "LC_TIME", "LANG"}) {
         const QString name = withoutEncoding(qEnvironmentVariable(variable));
         if (name == u"C" || name == u"POSIX")
-            return QStringLiteral("en_US_POSIX");
+            return u"en_US_POSIX"_s;
         if (!name.isEmpty())
             return name;
     }
@@ -50,7 +52,7 @@ QString currentLocale()
 QString currentZone()
 {
     const QByteArray zone = QTimeZone::systemTimeZoneId();
-    return zone.isEmpty() ? QStringLiteral("GMT") : QString::fromUtf8(zone);
+    return zone.isEmpty() ? u"GMT"_s : QString::fromUtf8(zone);
 }
 
 enum Form { MonthForm, MomentForm, DayForm, TimeForm, FormCount };

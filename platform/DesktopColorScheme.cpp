@@ -11,6 +11,8 @@
 #include <QDBusVariant>
 #include <QFileInfo>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr QLatin1StringView portalService{"org.freedesktop.portal.Desktop"};
@@ -26,7 +28,7 @@ bool hasSessionBus()
     if (qEnvironmentVariableIsSet("DBUS_SESSION_BUS_ADDRESS"))
         return true;
     const QString folder = qEnvironmentVariable("XDG_RUNTIME_DIR");
-    return !folder.isEmpty() && QFileInfo::exists(folder + QStringLiteral("/bus"));
+    return !folder.isEmpty() && QFileInfo::exists(folder + u"/bus"_s);
 }
 
 /// What the setting's number says: 1 dark, 2 light, anything else no preference. The portal wraps
@@ -61,12 +63,12 @@ void DesktopColorScheme::ask()
     auto bus = QDBusConnection::sessionBus();
     // The bus finds its receivers by name: it has no typed connect, and wants no spaces.
     // clang-format off
-    bus.connect(portalService, portalPath, portalSettings, QStringLiteral("SettingChanged"), this,
+    bus.connect(portalService, portalPath, portalSettings, u"SettingChanged"_s, this,
                 SLOT(settingChanged(QString,QString,QDBusVariant)));
     // clang-format on
 
-    auto question = QDBusMessage::createMethodCall(portalService, portalPath, portalSettings,
-                                                   QStringLiteral("Read"));
+    auto question =
+        QDBusMessage::createMethodCall(portalService, portalPath, portalSettings, u"Read"_s);
     question << QString(appearance) << QString(colorScheme);
     auto *watcher = new QDBusPendingCallWatcher(bus.asyncCall(question), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {

@@ -10,6 +10,7 @@ class QDBusVariant;
 /// and this knows nothing. Main thread.
 class DesktopColorScheme : public QObject {
     Q_OBJECT
+
 public:
     explicit DesktopColorScheme(QObject *parent = nullptr);
 

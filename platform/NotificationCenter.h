@@ -6,6 +6,7 @@
 /// Announces by name that something process-wide changed.
 class NotificationCenter : public QObject {
     Q_OBJECT
+
 public:
     /// The process's own; lives until the process ends.
     static NotificationCenter &defaultCenter();

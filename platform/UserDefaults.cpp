@@ -17,6 +17,8 @@
 #include <CoreFoundation/CoreFoundation.h>
 #endif
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 // A value of this program is a few hundred bytes; whatever is larger was not written by it.
@@ -76,8 +78,7 @@ UserDefaults &UserDefaults::standard()
     static UserDefaults defaults;
 #else
     static UserDefaults defaults(
-        QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)
-        + QStringLiteral("/aMorvelle"));
+        QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + u"/aMorvelle"_s);
 #endif
     return defaults;
 }

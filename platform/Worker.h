@@ -11,6 +11,7 @@
 /// job too: capture it by value and let it go.
 class Worker : public QObject {
     Q_OBJECT
+
 public:
     explicit Worker(QObject *parent = nullptr);
     /// Finishes the jobs already accepted, then joins the thread; their `then` are dropped.

@@ -12,9 +12,8 @@ Reply replyFor(const AuthError &error, AuthErrorShape shape)
     } else {
         json = {{"code", error.status}, {"msg", error.message}};
     }
-    if (error.code == "weak_password") {
+    if (error.code == "weak_password")
         json["weak_password"] = {{"reasons", {"length"}}};
-    }
     Reply reply;
     reply.status = error.status;
     reply.body = json.dump();

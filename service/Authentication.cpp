@@ -36,28 +36,22 @@ Reply Authentication::answer(const std::string &operation, const Call &call)
         return call.verb == verb && operation == name;
     };
     try {
-        if (is("POST", "signup")) {
+        if (is("POST", "signup"))
             return signUp(call);
-        }
         if (is("POST", "token")) {
             const std::string grant = parameter(call, "grant_type");
-            if (grant == "password") {
+            if (grant == "password")
                 return signIn(call);
-            }
-            if (grant == "refresh_token") {
+            if (grant == "refresh_token")
                 return refreshSession(call);
-            }
             throw AuthError{400, "validation_failed", "unsupported_grant_type", true};
         }
-        if (is("GET", "user")) {
+        if (is("GET", "user"))
             return showAccount(call);
-        }
-        if (is("POST", "logout")) {
+        if (is("POST", "logout"))
             return signOut(call);
-        }
-        if (is("GET", "verify")) {
+        if (is("GET", "verify"))
             return confirm(call);
-        }
     } catch (const AuthError &error) {
         return replyFor(error, m_options.authErrors);
     } catch (const DatabaseError &error) {
@@ -78,9 +72,8 @@ Reply Authentication::signUp(const Call &call)
         m_options.confirmEmail ? std::optional<std::string>(randomText(28)) : std::nullopt;
     const auto added = m_accounts.add(given.email, given.password, token);
     if (!m_options.confirmEmail) {
-        if (!added) {
+        if (!added)
             throw AuthError{422, "user_already_exists", "User already registered"};
-        }
         const RefreshGrant grant = m_accounts.beginSession(added->id);
         return begun(call, m_accounts.findById(added->id).value(), grant);
     }
@@ -105,12 +98,10 @@ Reply Authentication::signIn(const Call &call)
     requireNotTooOften(call);
     const Credentials given = credentialsFrom(call);
     const auto account = m_accounts.matching(given.email, given.password);
-    if (!account) {
+    if (!account)
         throw AuthError{400, "invalid_credentials", "Invalid login credentials", true};
-    }
-    if (!account->isConfirmed) {
+    if (!account->isConfirmed)
         throw AuthError{400, "email_not_confirmed", "Email not confirmed", true};
-    }
     const RefreshGrant grant = m_accounts.beginSession(account->id);
     return begun(call, m_accounts.findById(account->id).value(), grant);
 }
@@ -137,9 +128,8 @@ Reply Authentication::showAccount(const Call &call)
 {
     const Bearer bearer = bearerFrom(call, m_keys);
     const auto account = m_accounts.findById(bearer.subject);
-    if (!account) {
+    if (!account)
         throw AuthError{403, "user_not_found", "User from sub claim in JWT does not exist"};
-    }
     if (!m_accounts.hasSession(bearer.session)) {
         throw AuthError{403, "session_not_found",
                         "Session from session_id claim in JWT does not exist"};
@@ -162,9 +152,8 @@ Reply Authentication::signOut(const Call &call)
 
 Reply Authentication::confirm(const Call &call)
 {
-    if (!m_accounts.confirm(parameter(call, "token"))) {
+    if (!m_accounts.confirm(parameter(call, "token")))
         throw AuthError{403, "otp_expired", "Email link is invalid or has expired"};
-    }
     Reply reply = jsonReply("Votre adresse est confirmée. Vous pouvez vous connecter.\n");
     reply.contentType = "text/plain; charset=utf-8";
     return reply;
@@ -172,9 +161,8 @@ Reply Authentication::confirm(const Call &call)
 
 void Authentication::requireNotTooOften(const Call &call)
 {
-    if (!m_tries.allows(call.peer)) {
+    if (!m_tries.allows(call.peer))
         throw AuthError{429, "over_request_rate_limit", "Request rate limit reached"};
-    }
 }
 
 void Authentication::sendConfirmation(const Call &call, const std::string &email,

@@ -6,9 +6,8 @@ Catalogue::Catalogue(Connection &connection)
         "select c.relname, a.attname from pg_class c "
         "join pg_attribute a on a.attrelid = c.oid and a.attnum > 0 and not a.attisdropped "
         "where c.relnamespace = 'public'::regnamespace and c.relkind in ('r', 'p', 'v', 'm', 'f')");
-    for (int row = 0; row < rows.count(); ++row) {
+    for (int row = 0; row < rows.count(); ++row)
         m_tables[rows.text(row, 0)].insert(rows.text(row, 1));
-    }
 }
 
 bool Catalogue::hasColumn(const std::string &table, const std::string &column) const

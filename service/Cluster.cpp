@@ -23,27 +23,23 @@ fs::path programFolder()
     std::string told;
     if (FILE *answer = popen("pg_config --bindir 2>/dev/null", "r")) {
         std::array<char, 512> buffer{};
-        if (fgets(buffer.data(), buffer.size(), answer)) {
+        if (fgets(buffer.data(), buffer.size(), answer))
             told = buffer.data();
-        }
         pclose(answer);
     }
-    while (told.ends_with('\n')) {
+    while (told.ends_with('\n'))
         told.pop_back();
-    }
     for (const fs::path &folder : {fs::path(told), fs::path("/usr/lib/postgresql/15/bin")}) {
-        if (!folder.empty() && access((folder / "initdb").c_str(), X_OK) == 0) {
+        if (!folder.empty() && access((folder / "initdb").c_str(), X_OK) == 0)
             return folder;
-        }
     }
     throw StartFailure("PostgreSQL's server programs (initdb, postgres) are not installed");
 }
 
 void giveTo(const std::optional<UnixAccount> &account, const fs::path &path)
 {
-    if (account && chown(path.c_str(), account->user, account->group) != 0) {
+    if (account && chown(path.c_str(), account->user, account->group) != 0)
         throw StartFailure("cannot give " + path.string() + " to the database's user");
-    }
 }
 
 std::string lastLinesOf(const fs::path &log)
@@ -101,17 +97,15 @@ void Cluster::initialise()
     const fs::path draft = m_folder.path("cluster.new");
     std::error_code ignored;
     fs::remove_all(draft, ignored);
-    if (mkdir(draft.c_str(), 0700) != 0) {
+    if (mkdir(draft.c_str(), 0700) != 0)
         throw StartFailure("cannot make " + draft.string());
-    }
     giveTo(m_account, draft);
     ChildProcess initdb({(m_programs / "initdb").string(), "-D", draft.string(), "-U", "postgres",
                          "-E", "UTF8", "--locale=C", "--auth=trust", "--no-sync",
                          "--no-instructions"},
                         m_account, m_log);
-    if (initdb.exitCodeWithin(120s) != 0) {
+    if (initdb.exitCodeWithin(120s) != 0)
         throw StartFailure("the database could not be made:\n" + lastLinesOf(m_log));
-    }
     fs::rename(draft, m_cluster);
 }
 
@@ -122,14 +116,12 @@ void Cluster::prepareSocketFolder()
     // PostgreSQL and libpq read a list of folders where one is wanted, so no comma either.
     if (socket.size() < sizeof(sockaddr_un::sun_path)
         && socket.find_first_of("',\"\\") == std::string::npos) {
-        if (mkdir(m_socketFolder.c_str(), 0700) != 0 && errno != EEXIST) {
+        if (mkdir(m_socketFolder.c_str(), 0700) != 0 && errno != EEXIST)
             throw StartFailure("cannot make " + m_socketFolder.string());
-        }
     } else {
         std::string name = "/tmp/amorvelle-XXXXXX";
-        if (!mkdtemp(name.data())) {
+        if (!mkdtemp(name.data()))
             throw StartFailure("cannot make a folder in /tmp for the database's socket");
-        }
         m_socketFolder = name;
         m_socketFolderIsTemporary = true;
     }
@@ -160,9 +152,8 @@ void Cluster::startServer()
     const auto deadline = std::chrono::steady_clock::now() + 30s;
     m_server = std::make_unique<ChildProcess>(command, m_account, m_log);
     while (!answers(connectionText("postgres"))) {
-        if (std::chrono::steady_clock::now() > deadline) {
+        if (std::chrono::steady_clock::now() > deadline)
             throw StartFailure("the database does not answer:\n" + lastLinesOf(m_log));
-        }
         if (m_server->exitCode()) {
             std::this_thread::sleep_for(250ms);
             m_server = std::make_unique<ChildProcess>(command, m_account, m_log);

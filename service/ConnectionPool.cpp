@@ -8,9 +8,8 @@ ConnectionPool::Lease::Lease(ConnectionPool &pool, std::unique_ptr<Connection> c
 
 ConnectionPool::Lease::~Lease()
 {
-    if (m_connection) {
+    if (m_connection)
         m_pool->giveBack(std::move(m_connection));
-    }
 }
 
 ConnectionPool::ConnectionPool(std::string connectionText, std::size_t size)
@@ -49,9 +48,8 @@ void ConnectionPool::giveBack(std::unique_ptr<Connection> connection)
     {
         const std::scoped_lock lock(m_mutex);
         ++m_free;
-        if (isUseful) {
+        if (isUseful)
             m_idle.push_back(std::move(connection));
-        }
     }
     m_returned.notify_one();
 }

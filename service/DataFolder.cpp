@@ -34,18 +34,16 @@ DataFolder::DataFolder(const fs::path &folder, const std::optional<UnixAccount> 
     std::error_code error;
     fs::create_directories(folder, error);
     m_folder = fs::canonical(folder, error);
-    if (error || !fs::is_directory(m_folder)) {
+    if (error || !fs::is_directory(m_folder))
         throw StartFailure("cannot make the data folder " + folder.string());
-    }
     if (account) {
         fs::permissions(m_folder, fs::perms::others_exec, fs::perm_options::add, error);
         requireWayTo(m_folder, *account);
     }
     const fs::path lock = path("service.lock");
     m_lock = open(lock.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
-    if (m_lock < 0) {
+    if (m_lock < 0)
         throw StartFailure("cannot write " + lock.string() + ": " + std::strerror(errno));
-    }
     if (flock(m_lock, LOCK_EX | LOCK_NB) != 0) {
         close(m_lock);
         throw StartFailure("another amorvelle-service uses " + m_folder.string());

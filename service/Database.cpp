@@ -13,13 +13,11 @@ std::optional<std::string> field(const PGresult *result, int code)
 void throwIfFailed(const PGresult *result, PGconn *connection)
 {
     const ExecStatusType status = PQresultStatus(result);
-    if (status == PGRES_TUPLES_OK || status == PGRES_COMMAND_OK || status == PGRES_EMPTY_QUERY) {
+    if (status == PGRES_TUPLES_OK || status == PGRES_COMMAND_OK || status == PGRES_EMPTY_QUERY)
         return;
-    }
     const auto state = field(result, PG_DIAG_SQLSTATE);
-    if (!state || PQstatus(connection) == CONNECTION_BAD) {
+    if (!state || PQstatus(connection) == CONNECTION_BAD)
         throw DatabaseError("08006", PQerrorMessage(connection));
-    }
     throw DatabaseError(*state, field(result, PG_DIAG_MESSAGE_PRIMARY).value_or(""),
                         field(result, PG_DIAG_MESSAGE_DETAIL), field(result, PG_DIAG_MESSAGE_HINT));
 }
@@ -50,9 +48,8 @@ bool Rows::isNull(int row, int column) const
 Connection::Connection(const std::string &connectionText)
     : m_connection(PQconnectdb(connectionText.c_str()), PQfinish)
 {
-    if (PQstatus(m_connection.get()) != CONNECTION_OK) {
+    if (PQstatus(m_connection.get()) != CONNECTION_OK)
         throw DatabaseError("08006", PQerrorMessage(m_connection.get()));
-    }
     PQsetNoticeProcessor(
         m_connection.get(), [](void *, const char *) {}, nullptr);
 }
@@ -62,9 +59,8 @@ Rows Connection::run(const std::string &statement, const std::vector<SqlValue> &
     std::vector<const char *> texts;
     for (const SqlValue &value : values) {
         // A text ends at its first NUL on the way to PostgreSQL, which stores none.
-        if (value && value->find('\0') != std::string::npos) {
+        if (value && value->find('\0') != std::string::npos)
             throw DatabaseError("22021", "invalid byte sequence for encoding \"UTF8\": 0x00");
-        }
         texts.push_back(value ? value->c_str() : nullptr);
     }
     PGconn *connection = m_connection.get();
@@ -114,9 +110,8 @@ std::string quotedIdentifier(const std::string &name)
 {
     std::string quoted = "\"";
     for (const char letter : name) {
-        if (letter == '\0') {
+        if (letter == '\0')
             throw DatabaseError("22021", "invalid byte sequence for encoding \"UTF8\": 0x00");
-        }
         quoted += letter == '"' ? "\"\"" : std::string(1, letter);
     }
     return quoted + '"';

@@ -12,9 +12,8 @@
 std::optional<std::string> readFile(const std::filesystem::path &path)
 {
     std::ifstream file(path, std::ios::binary);
-    if (!file) {
+    if (!file)
         return std::nullopt;
-    }
     std::ostringstream content;
     content << file.rdbuf();
     return content.str();
@@ -28,13 +27,11 @@ void writeFileAtomically(const std::filesystem::path &path, const std::string &c
     };
     unlink(draft.c_str());
     const int file = open(draft.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
-    if (file < 0) {
+    if (file < 0)
         fail();
-    }
     const ssize_t written = write(file, content.data(), content.size());
     const bool stored = written == static_cast<ssize_t>(content.size()) && fsync(file) == 0;
     close(file);
-    if (!stored || rename(draft.c_str(), path.c_str()) != 0) {
+    if (!stored || rename(draft.c_str(), path.c_str()) != 0)
         fail();
-    }
 }

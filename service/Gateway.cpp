@@ -51,9 +51,8 @@ std::string bearerOf(const Call &call)
 Caller callerOf(const Call &call, const Keys &keys)
 {
     const std::string token = bearerOf(call);
-    if (token.empty()) {
+    if (token.empty())
         return {"anon", R"({"role":"anon"})"};
-    }
     const auto result = claimsOf(token, keys.secret, static_cast<long>(std::time(nullptr)));
     if (const auto *fault = std::get_if<TokenFault>(&result)) {
         switch (*fault) {
@@ -72,9 +71,8 @@ Caller callerOf(const Call &call, const Keys &keys)
     const auto role = nlohmann::json::parse(claims, nullptr, false).value("role", nlohmann::json());
     // Only these may be taken on; a signed token with another role is not one of ours.
     for (const char *known : {"anon", "authenticated", "service_role"}) {
-        if (role == known) {
+        if (role == known)
             return {known, claims};
-        }
     }
     return {"anon", claims};
 }

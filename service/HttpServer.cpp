@@ -86,12 +86,10 @@ void handOver(std::string bytes, const std::string &type, httplib::Response &res
 void give(const Reply &reply, const httplib::Request &request, httplib::Response &response)
 {
     response.status = reply.status;
-    for (const auto &[name, value] : reply.headers) {
+    for (const auto &[name, value] : reply.headers)
         response.set_header(name, value);
-    }
-    if (reply.body.empty()) {
+    if (reply.body.empty())
         return;
-    }
     constexpr std::size_t worthPacking = 860;
     if (reply.body.size() >= worthPacking
         && acceptsGzip(request.get_header_value("Accept-Encoding"))) {
@@ -124,15 +122,13 @@ HttpServer::HttpServer(int port, Answer answer)
     m_port = port == 0                          ? m_server.bind_to_any_port(loopback)
         : m_server.bind_to_port(loopback, port) ? port
                                                 : -1;
-    if (m_port <= 0) {
+    if (m_port <= 0)
         throw StartFailure("port " + std::to_string(port) + " of 127.0.0.1 is taken");
-    }
     // The library's own queue of five is too short for a burst of clients.
     listen(m_listener, 128);
     m_thread = std::thread([this] { m_server.listen_after_bind(); });
-    while (!m_server.is_running()) {
+    while (!m_server.is_running())
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    }
 }
 
 HttpServer::~HttpServer()

@@ -11,9 +11,8 @@
 std::string randomText(std::size_t count)
 {
     std::string bytes(count, '\0');
-    if (getrandom(bytes.data(), bytes.size(), 0) != static_cast<ssize_t>(bytes.size())) {
+    if (getrandom(bytes.data(), bytes.size(), 0) != static_cast<ssize_t>(bytes.size()))
         throw StartFailure("the system gives no random bytes");
-    }
     constexpr char digits[] = "0123456789abcdef";
     std::string text;
     for (const char byte : bytes) {

@@ -13,9 +13,8 @@ namespace {
 void runFile(Connection &connection, const fs::path &path)
 {
     const auto text = readFile(path);
-    if (!text) {
+    if (!text)
         throw StartFailure("cannot read " + path.string());
-    }
     try {
         connection.runScript(*text);
     } catch (const DatabaseError &error) {
@@ -29,13 +28,11 @@ std::vector<fs::path> migrationsIn(const fs::path &folder)
     std::vector<fs::path> files;
     std::error_code error;
     for (const fs::directory_entry &entry : fs::directory_iterator(folder, error)) {
-        if (entry.path().extension() == ".sql") {
+        if (entry.path().extension() == ".sql")
             files.push_back(entry.path());
-        }
     }
-    if (files.empty()) {
+    if (files.empty())
         throw StartFailure("no migrations in " + folder.string());
-    }
     std::sort(files.begin(), files.end());
     return files;
 }
@@ -51,9 +48,8 @@ void applyOnce(Connection &connection, const fs::path &file)
         "insert into supabase_migrations.schema_migrations (version, name, statements) "
         "values ($1, $2, array[$3]) on conflict do nothing returning version",
         {version, name, readFile(file).value_or("")});
-    if (recorded.count() == 1) {
+    if (recorded.count() == 1)
         runFile(connection, file);
-    }
     transaction.commit();
 }
 
@@ -61,9 +57,8 @@ void seedOnce(Connection &connection, const fs::path &file,
               const std::optional<std::string> &password)
 {
     std::error_code error;
-    if (!fs::exists(file, error)) {
+    if (!fs::exists(file, error))
         return;
-    }
     Transaction transaction(connection);
     const Rows recorded = connection.run(
         "insert into supabase_migrations.seed_files (path, hash) "
@@ -89,9 +84,8 @@ void migrate(Connection &connection, const fs::path &supabase,
 {
     try {
         connection.runScript(platformSql);
-        for (const fs::path &file : migrationsIn(supabase / "migrations")) {
+        for (const fs::path &file : migrationsIn(supabase / "migrations"))
             applyOnce(connection, file);
-        }
         seedOnce(connection, supabase / "seed.sql", seedPassword);
     } catch (const DatabaseError &error) {
         throw StartFailure(std::string("the database could not be prepared: ") + error.what());

@@ -45,9 +45,8 @@ Options optionsFrom(int count, char **arguments)
             options.confirmEmail = true;
             continue;
         }
-        if (at + 1 == count) {
+        if (at + 1 == count)
             throw StartFailure(name + " is not understood, or lacks its value");
-        }
         const std::string value = arguments[++at];
         if (name == "--data") {
             options.data = std::filesystem::absolute(value);
@@ -71,8 +70,7 @@ Options optionsFrom(int count, char **arguments)
             throw StartFailure(name + " " + value + " is not understood");
         }
     }
-    if (options.data.empty()) {
+    if (options.data.empty())
         throw StartFailure("--data FOLDER is missing");
-    }
     return options;
 }

@@ -38,9 +38,8 @@ std::string columnOf(const std::string &table, const std::string &name)
 /// "(a,"b,c",d)" as its members.
 std::vector<std::string> membersOf(const std::string &list, const std::string &filter)
 {
-    if (list.size() < 2 || list.front() != '(' || list.back() != ')') {
+    if (list.size() < 2 || list.front() != '(' || list.back() != ')')
         throw notUnderstood("filter", filter, filter.size() - list.size(), "\"(\"");
-    }
     std::vector<std::string> members;
     std::string member;
     bool isQuoted = false;
@@ -56,9 +55,8 @@ std::vector<std::string> membersOf(const std::string &list, const std::string &f
             member += list[at];
         }
     }
-    if (list.size() > 2) {
+    if (list.size() > 2)
         members.push_back(member);
-    }
     return members;
 }
 
@@ -72,9 +70,8 @@ std::string comparison(const std::string &column, const std::string &operation,
         {"null", "null"}, {"true", "true"}, {"false", "false"}, {"unknown", "unknown"}};
     if (const auto found = operators.find(operation); found != operators.end()) {
         std::string pattern = value;
-        if (operation.ends_with("like")) {
+        if (operation.ends_with("like"))
             std::replace(pattern.begin(), pattern.end(), '*', '%');
-        }
         return column + ' ' + found->second + ' ' + statement.bind(pattern);
     }
     if (operation == "is") {
@@ -87,9 +84,8 @@ std::string comparison(const std::string &column, const std::string &operation,
     }
     if (operation == "in") {
         std::string list;
-        for (const std::string &member : membersOf(value, filter)) {
+        for (const std::string &member : membersOf(value, filter))
             list += (list.empty() ? "" : ", ") + statement.bind(member);
-        }
         return list.empty() ? "false" : column + " in (" + list + ')';
     }
     throw notUnderstood("filter", filter, 0,
@@ -127,14 +123,12 @@ std::string columnsFrom(const std::string &select, const std::string &table)
     for (std::size_t at = 0;; ++at) {
         const bool isStar = at < select.size() && select[at] == '*';
         const std::size_t end = isStar ? at + 1 : endOfName(select, at);
-        if (end == at || (end < select.size() && select[end] != ',')) {
+        if (end == at || (end < select.size() && select[end] != ','))
             throw notUnderstood("select parameter", select, end, "field name (* or [a..z0..9_$])");
-        }
         columns += (columns.empty() ? "" : ", ")
             + (isStar ? table + ".*" : columnOf(table, select.substr(at, end - at)));
-        if (end == select.size()) {
+        if (end == select.size())
             return columns;
-        }
         at = end;
     }
 }
@@ -144,9 +138,8 @@ std::string orderFrom(const std::string &order, const std::string &table)
     std::string terms;
     for (std::size_t at = 0;; ++at) {
         const std::size_t nameEnd = endOfName(order, at);
-        if (nameEnd == at) {
+        if (nameEnd == at)
             throw notUnderstood("order", order, at, "field name (* or [a..z0..9_$])");
-        }
         terms += (terms.empty() ? "" : ", ") + columnOf(table, order.substr(at, nameEnd - at));
         at = nameEnd;
         bool hasDirection = false;
@@ -166,12 +159,10 @@ std::string orderFrom(const std::string &order, const std::string &table)
             }
             at = wordEnd;
         }
-        if (at == order.size()) {
+        if (at == order.size())
             return terms;
-        }
-        if (order[at] != ',') {
+        if (order[at] != ',')
             throw notUnderstood("order", order, at, "\",\" or end of input");
-        }
     }
 }
 
@@ -197,15 +188,13 @@ std::optional<long> rowCountFrom(const std::multimap<std::string, std::string> &
                                  const std::string &name)
 {
     const auto found = query.find(name);
-    if (found == query.end()) {
+    if (found == query.end())
         return std::nullopt;
-    }
     long count = 0;
     const char *end = found->second.data() + found->second.size();
     const auto [stop, error] = std::from_chars(found->second.data(), end, count);
-    if (error != std::errc() || stop != end) {
+    if (error != std::errc() || stop != end)
         return std::nullopt;
-    }
     if (count < 0) {
         throw restError(416, "PGRST103", "Requested range not satisfiable",
                         (name == "limit" ? "Limit" : "Offset")

@@ -20,17 +20,14 @@ public:
     /// Whether one more try is allowed; counts it if so.
     bool allows(const std::string &address, Clock::time_point now = Clock::now())
     {
-        if (m_most == 0) {
+        if (m_most == 0)
             return true;
-        }
         const std::scoped_lock lock(m_mutex);
         std::deque<Clock::time_point> &tries = m_tries[address];
-        while (!tries.empty() && now - tries.front() >= std::chrono::minutes(5)) {
+        while (!tries.empty() && now - tries.front() >= std::chrono::minutes(5))
             tries.pop_front();
-        }
-        if (tries.size() >= m_most) {
+        if (tries.size() >= m_most)
             return false;
-        }
         tries.push_back(now);
         return true;
     }

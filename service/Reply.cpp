@@ -20,32 +20,24 @@ nlohmann::json orNull(const std::optional<std::string> &text)
 int statusFor(const std::string &state, const std::string &message, bool isSignedIn)
 {
     const auto isOfClass = [&](const char *prefix) { return state.starts_with(prefix); };
-    if (state == "42501") {
+    if (state == "42501")
         return isSignedIn ? 403 : 401;
-    }
-    if (state == "23503" || state == "23505") {
+    if (state == "23503" || state == "23505")
         return 409;
-    }
-    if (state == "42883" || state == "42P01") {
+    if (state == "42883" || state == "42P01")
         return 404;
-    }
-    if (state == "25006") {
+    if (state == "25006")
         return 405;
-    }
-    if (state == "21000") {
+    if (state == "21000")
         return message.ends_with("requires a WHERE clause") ? 400 : 500;
-    }
-    if (isOfClass("08") || (isOfClass("53") && state != "53400")) {
+    if (isOfClass("08") || (isOfClass("53") && state != "53400"))
         return 503;
-    }
-    if (isOfClass("0L") || isOfClass("0P") || isOfClass("28")) {
+    if (isOfClass("0L") || isOfClass("0P") || isOfClass("28"))
         return 403;
-    }
     for (const char *prefix : {"09", "25", "2D", "38", "39", "3B", "40", "53", "54", "55", "57",
                                "58", "F0", "HV", "XX", "42P17"}) {
-        if (isOfClass(prefix)) {
+        if (isOfClass(prefix))
             return 500;
-        }
     }
     return 400;
 }
@@ -78,18 +70,16 @@ Reply restError(const DatabaseError &error, bool isSignedIn)
         reply = restError(503, "PGRST000", "Database connection error. Retrying the connection.",
                           error.what());
     }
-    if (reply.status == 401) {
+    if (reply.status == 401)
         reply.headers.emplace_back("WWW-Authenticate", "Bearer");
-    }
     return reply;
 }
 
 Reply gatewayError(int status, const std::string &message, const std::optional<std::string> &hint)
 {
     nlohmann::ordered_json json{{"message", message}};
-    if (hint) {
+    if (hint)
         json["hint"] = *hint;
-    }
     Reply reply;
     reply.status = status;
     reply.body = json.dump();

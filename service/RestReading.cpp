@@ -16,9 +16,8 @@ void actAs(Connection &connection, const Caller &caller)
 
 void requireTable(const Rest &rest, const std::string &table)
 {
-    if (!rest.catalogue.hasTable(table)) {
+    if (!rest.catalogue.hasTable(table))
         throw restError(404, "42P01", "relation \"public." + table + "\" does not exist");
-    }
 }
 
 void requireJsonAccepted(const Call &call)
@@ -30,13 +29,11 @@ void requireJsonAccepted(const Call &call)
         std::erase(type, ' ');
         constexpr std::array<std::string_view, 3> offered{"*/*", "application/*",
                                                           "application/json"};
-        if (std::find(offered.begin(), offered.end(), type) != offered.end()) {
+        if (std::find(offered.begin(), offered.end(), type) != offered.end())
             return;
-        }
     }
-    if (!accept.empty()) {
+    if (!accept.empty())
         throw restError(406, "PGRST107", "None of these media types are available: " + accept);
-    }
 }
 
 Reply readRows(const Rest &rest, const Call &call, const Caller &caller, const std::string &table)

@@ -25,34 +25,29 @@ bool prefers(const Call &call, const std::string &preference)
 std::vector<std::string> keysOf(const Json &row)
 {
     std::vector<std::string> keys;
-    for (const auto &entry : row.items()) {
+    for (const auto &entry : row.items())
         keys.push_back(entry.key());
-    }
     return keys;
 }
 
 Payload payloadFrom(const Rest &rest, const Call &call, const std::string &table)
 {
     const std::string type = call.header("content-type");
-    if (!type.empty() && !type.starts_with("application/json")) {
+    if (!type.empty() && !type.starts_with("application/json"))
         throw restError(400, "PGRST102", "Content-Type not acceptable: " + type);
-    }
     const Json body = Json::parse(call.body, nullptr, false);
-    if (!body.is_object() && !body.is_array()) {
+    if (!body.is_object() && !body.is_array())
         throw restError(400, "PGRST102", "Empty or invalid json");
-    }
     Payload payload;
     // The text goes on as it came: PostgreSQL reads numbers exactly.
     payload.rows = body.is_object() ? '[' + call.body + ']' : call.body;
     payload.isEmpty = body.is_array() && body.empty();
     const Json rows = body.is_object() ? Json::array({body}) : body;
-    if (!rows.empty()) {
+    if (!rows.empty())
         payload.columns = keysOf(rows.front());
-    }
     for (const Json &row : rows) {
-        if (!row.is_object() || keysOf(row) != payload.columns) {
+        if (!row.is_object() || keysOf(row) != payload.columns)
             throw restError(400, "PGRST102", "All object keys must match");
-        }
     }
     for (const std::string &column : payload.columns) {
         if (!rest.catalogue.hasColumn(table, column)) {
@@ -67,9 +62,8 @@ Payload payloadFrom(const Rest &rest, const Call &call, const std::string &table
 std::string listOf(const std::vector<std::string> &columns, const std::string &before = "")
 {
     std::string list;
-    for (const std::string &column : columns) {
+    for (const std::string &column : columns)
         list += (list.empty() ? "" : ", ") + before + quotedIdentifier(column);
-    }
     return list;
 }
 
@@ -95,9 +89,8 @@ Reply write(const Rest &rest, const Call &call, const Caller &caller, const std:
             const Statement &statement)
 {
     const bool showsRows = prefers(call, "return=representation");
-    if (showsRows) {
+    if (showsRows)
         requireJsonAccepted(call);
-    }
     const auto select = call.query.find("select");
     const std::string shown = select == call.query.end() ? "*" : select->second;
     const std::string text = "with written as (" + statement.text + " returning "
@@ -118,9 +111,8 @@ std::string requiredCondition(const Call &call, const std::string &table, const 
                               Statement &statement)
 {
     const std::string condition = conditionFrom(call.query, quotedIdentifier(table), statement);
-    if (condition.empty()) {
+    if (condition.empty())
         throw restError(400, "21000", std::string(verb) + " requires a WHERE clause");
-    }
     return condition;
 }
 
@@ -132,9 +124,8 @@ Reply insertRows(const Rest &rest, const Call &call, const Caller &caller, const
     const Payload payload = payloadFrom(rest, call, table);
     const std::string target = "public." + quotedIdentifier(table);
     Statement statement;
-    if (payload.isEmpty) {
+    if (payload.isEmpty)
         return replyAfterWriting(call, "[]", 0);
-    }
     statement.text = "insert into " + target;
     if (payload.columns.empty()) {
         statement.text += " default values";
@@ -154,9 +145,8 @@ Reply updateRows(const Rest &rest, const Call &call, const Caller &caller, const
     const std::string target = "public." + quotedIdentifier(table);
     Statement statement;
     const std::string condition = requiredCondition(call, table, "UPDATE", statement);
-    if (payload.columns.empty()) {
+    if (payload.columns.empty())
         return replyAfterWriting(call, "[]", 0);
-    }
     statement.text = "update " + target + " set (" + listOf(payload.columns) + ") = row("
         + listOf(payload.columns, "change.")
         + ") from (select * from json_populate_recordset(null::" + target + ", "

@@ -25,18 +25,14 @@ Reply answerRest(const Rest &rest, const Keys &keys, const Call &call)
     const std::string table = call.path.substr(restPath.size());
     const Caller caller = callerOf(call, keys);
     try {
-        if (call.verb == "GET" || call.verb == "HEAD") {
+        if (call.verb == "GET" || call.verb == "HEAD")
             return readRows(rest, call, caller, table);
-        }
-        if (call.verb == "POST") {
+        if (call.verb == "POST")
             return insertRows(rest, call, caller, table);
-        }
-        if (call.verb == "PATCH") {
+        if (call.verb == "PATCH")
             return updateRows(rest, call, caller, table);
-        }
-        if (call.verb == "DELETE") {
+        if (call.verb == "DELETE")
             return deleteRows(rest, call, caller, table);
-        }
         return restError(405, "PGRST117", "Unsupported HTTP method: " + call.verb);
     } catch (const DatabaseError &error) {
         return restError(error, caller.isSignedIn());
@@ -48,9 +44,8 @@ Reply answer(const Rest &rest, Authentication &authentication, const Keys &keys,
     if (call.path.starts_with(authPath)) {
         const std::string operation = call.path.substr(authPath.size());
         // A link in a mail is opened by a browser, which has no key.
-        if (operation != "verify") {
+        if (operation != "verify")
             requireProjectKey(call, keys);
-        }
         return authentication.answer(operation, call);
     }
     if (call.path.starts_with(restPath)) {
@@ -68,9 +63,8 @@ sigset_t awaitedSignals()
 {
     sigset_t signals;
     sigemptyset(&signals);
-    for (const int number : {SIGINT, SIGTERM, SIGHUP, SIGCHLD}) {
+    for (const int number : {SIGINT, SIGTERM, SIGHUP, SIGCHLD})
         sigaddset(&signals, number);
-    }
     pthread_sigmask(SIG_BLOCK, &signals, nullptr);
     return signals;
 }
@@ -78,12 +72,10 @@ sigset_t awaitedSignals()
 void waitForEnd(const sigset_t &signals, Cluster &cluster)
 {
     for (int number = 0;;) {
-        if (sigwait(&signals, &number) == 0 && number != SIGCHLD) {
+        if (sigwait(&signals, &number) == 0 && number != SIGCHLD)
             return;
-        }
-        if (cluster.hasEnded()) {
+        if (cluster.hasEnded())
             throw StartFailure("the database has ended unexpectedly");
-        }
     }
 }
 
@@ -107,9 +99,8 @@ void serve(const Options &options)
         options.port, [&](const Call &call) { return answer(rest, authentication, keys, call); });
     const std::string ready = "SUPABASE_URL=http://127.0.0.1:" + std::to_string(server.port())
         + "\nSUPABASE_KEY=" + keys.anonKey + '\n';
-    if (options.readyFile) {
+    if (options.readyFile)
         writeFileAtomically(*options.readyFile, ready, 0600);
-    }
     waitForEnd(signals, cluster);
 }
 

@@ -6,6 +6,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace AtSpi {
 
 namespace {
@@ -14,19 +16,19 @@ namespace {
 
     const QString &accessibleInterface()
     {
-        static const QString name = QStringLiteral("org.a11y.atspi.Accessible");
+        static const QString name = u"org.a11y.atspi.Accessible"_s;
         return name;
     }
 
     const QString &actionInterface()
     {
-        static const QString name = QStringLiteral("org.a11y.atspi.Action");
+        static const QString name = u"org.a11y.atspi.Action"_s;
         return name;
     }
 
     const QString &registryName()
     {
-        static const QString name = QStringLiteral("org.a11y.atspi.Registry");
+        static const QString name = u"org.a11y.atspi.Registry"_s;
         return name;
     }
 
@@ -66,8 +68,7 @@ static const QDBusArgument &operator>>(const QDBusArgument &argument, Reference 
 Object Object::program(const QDBusConnection &bus, const QString &name)
 {
     registerTypes();
-    const Object root(
-        bus, {registryName(), QDBusObjectPath(QStringLiteral("/org/a11y/atspi/accessible/root"))});
+    const Object root(bus, {registryName(), QDBusObjectPath(u"/org/a11y/atspi/accessible/root"_s)});
     const auto programs = root.children();
     const auto found = std::find_if(programs.begin(), programs.end(),
                                     [&](const Object &object) { return object.name() == name; });
@@ -83,22 +84,22 @@ bool Object::isValid() const
 
 Role Object::role() const
 {
-    return Role(firstOf<uint>(ask(accessibleInterface(), QStringLiteral("GetRole"))));
+    return Role(firstOf<uint>(ask(accessibleInterface(), u"GetRole"_s)));
 }
 
 QString Object::name() const
 {
-    return property(accessibleInterface(), QStringLiteral("Name")).toString();
+    return property(accessibleInterface(), u"Name"_s).toString();
 }
 
 QString Object::description() const
 {
-    return property(accessibleInterface(), QStringLiteral("Description")).toString();
+    return property(accessibleInterface(), u"Description"_s).toString();
 }
 
 bool Object::has(State state) const
 {
-    const auto words = firstOf<QList<uint>>(ask(accessibleInterface(), QStringLiteral("GetState")));
+    const auto words = firstOf<QList<uint>>(ask(accessibleInterface(), u"GetState"_s));
     constexpr uint bits = 32;
     const auto number = static_cast<uint>(state);
     return ((words.value(number / bits) >> (number % bits)) & 1U) != 0;
@@ -106,32 +107,28 @@ bool Object::has(State state) const
 
 Object Object::parent() const
 {
-    return {m_bus,
-            qdbus_cast<Reference>(property(accessibleInterface(), QStringLiteral("Parent")))};
+    return {m_bus, qdbus_cast<Reference>(property(accessibleInterface(), u"Parent"_s))};
 }
 
 int Object::indexInParent() const
 {
-    const QDBusReply<int> index = ask(accessibleInterface(), QStringLiteral("GetIndexInParent"));
+    const QDBusReply<int> index = ask(accessibleInterface(), u"GetIndexInParent"_s);
     return index.isValid() ? index.value() : -1;
 }
 
 int Object::childCount() const
 {
-    return property(accessibleInterface(), QStringLiteral("ChildCount")).toInt();
+    return property(accessibleInterface(), u"ChildCount"_s).toInt();
 }
 
 Object Object::child(int index) const
 {
-    return {
-        m_bus,
-        firstOf<Reference>(ask(accessibleInterface(), QStringLiteral("GetChildAtIndex"), {index}))};
+    return {m_bus, firstOf<Reference>(ask(accessibleInterface(), u"GetChildAtIndex"_s, {index}))};
 }
 
 QList<Object> Object::children() const
 {
-    const auto references =
-        firstOf<QList<Reference>>(ask(accessibleInterface(), QStringLiteral("GetChildren")));
+    const auto references = firstOf<QList<Reference>>(ask(accessibleInterface(), u"GetChildren"_s));
     QList<Object> objects;
     for (const Reference &reference : references)
         objects.append(Object(m_bus, reference));
@@ -140,24 +137,22 @@ QList<Object> Object::children() const
 
 QStringList Object::actions() const
 {
-    const int count = property(actionInterface(), QStringLiteral("NActions")).toInt();
+    const int count = property(actionInterface(), u"NActions"_s).toInt();
     QStringList names;
     for (int i = 0; i < count; ++i)
-        names.append(firstOf<QString>(ask(actionInterface(), QStringLiteral("GetName"), {i})));
+        names.append(firstOf<QString>(ask(actionInterface(), u"GetName"_s, {i})));
     return names;
 }
 
 bool Object::act(const QString &action) const
 {
     const auto index = actions().indexOf(action);
-    return index >= 0
-        && firstOf<bool>(ask(actionInterface(), QStringLiteral("DoAction"), {int(index)}));
+    return index >= 0 && firstOf<bool>(ask(actionInterface(), u"DoAction"_s, {int(index)}));
 }
 
 bool Object::grabFocus() const
 {
-    return firstOf<bool>(
-        ask(QStringLiteral("org.a11y.atspi.Component"), QStringLiteral("GrabFocus")));
+    return firstOf<bool>(ask(u"org.a11y.atspi.Component"_s, u"GrabFocus"_s));
 }
 
 Object Object::find(const std::function<bool(const Object &)> &isWanted) const
@@ -201,8 +196,7 @@ QDBusMessage Object::ask(const QString &interface, const QString &method,
 
 QVariant Object::property(const QString &interface, const QString &name) const
 {
-    const auto answer = ask(QStringLiteral("org.freedesktop.DBus.Properties"),
-                            QStringLiteral("Get"), {interface, name});
+    const auto answer = ask(u"org.freedesktop.DBus.Properties"_s, u"Get"_s, {interface, name});
     return firstOf<QDBusVariant>(answer).variant();
 }
 
@@ -211,12 +205,11 @@ Listener::Listener(const QDBusConnection &bus)
 {
     registerTypes();
     // The bus finds its receivers by name: it has no typed connect.
-    m_bus.connect(QString(), QString(), QStringLiteral("org.a11y.atspi.Event.Object"),
-                  QStringLiteral("StateChanged"), this, SLOT(hear(QDBusMessage)));
-    auto wish =
-        QDBusMessage::createMethodCall(registryName(), QStringLiteral("/org/a11y/atspi/registry"),
-                                       registryName(), QStringLiteral("RegisterEvent"));
-    wish << QStringLiteral("object:state-changed");
+    m_bus.connect(QString(), QString(), u"org.a11y.atspi.Event.Object"_s, u"StateChanged"_s, this,
+                  SLOT(hear(QDBusMessage)));
+    auto wish = QDBusMessage::createMethodCall(registryName(), u"/org/a11y/atspi/registry"_s,
+                                               registryName(), u"RegisterEvent"_s);
+    wish << u"object:state-changed"_s;
     const QDBusMessage answer = m_bus.call(wish, QDBus::Block, patience);
     if (answer.type() == QDBusMessage::ErrorMessage)
         qFatal("the registry takes no listener: %s", qPrintable(answer.errorMessage()));

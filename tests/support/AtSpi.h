@@ -99,6 +99,7 @@ private:
 /// What programs tell readers of their own accord.
 class Listener : public QObject {
     Q_OBJECT
+
 public:
     struct Heard {
         Reference source;

@@ -10,6 +10,8 @@
 #include <type_traits>
 #include <variant>
 
+using namespace Qt::StringLiterals;
+
 /// How a task ended: with a value, or with an error. (QCoro::waitFor never returns when the task
 /// throws.)
 template <typename T>
@@ -27,7 +29,7 @@ struct Outcome {
         const auto *const localized = errorAs<LocalizedError>();
         if (localized != nullptr)
             return localized->localizedDescription();
-        return error ? QStringLiteral("(not a LocalizedError)") : QString();
+        return error ? u"(not a LocalizedError)"_s : QString();
     }
 
     /// The error when it is an `Error`, else null.

@@ -5,6 +5,7 @@
 /// Counts how often the event loop comes round, to prove that nothing held it up meanwhile.
 class EventLoopChecker : public QObject {
     Q_OBJECT
+
 public:
     explicit EventLoopChecker(QObject *parent = nullptr)
         : QObject(parent)

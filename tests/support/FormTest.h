@@ -15,14 +15,16 @@
 #include <QLineEdit>
 #include <QPointer>
 
+using namespace Qt::StringLiterals;
+
 /// Ways for a test to meet the event form as a person does: by what is visible and how it is named.
 namespace FormTest {
 
 inline void signIn(HttpServer &server)
 {
     server.answer(HttpAnswer::whole(200, "{\"access_token\":\"jeton\",\"user\":{\"id\":\"moi\"}}"));
-    const auto signedIn = outcomeOf(SupabaseClient::signIn(QStringLiteral("camille@exemple.fr"),
-                                                           QStringLiteral("mot de passe")));
+    const auto signedIn =
+        outcomeOf(SupabaseClient::signIn(u"camille@exemple.fr"_s, u"mot de passe"_s));
     if (!signedIn.failure().isEmpty())
         qFatal("cannot sign in: %s", qPrintable(signedIn.failure()));
 }
@@ -31,15 +33,15 @@ inline void signIn(HttpServer &server)
 inline Event fullEvent()
 {
     Event event;
-    event.id = QStringLiteral("7");
-    event.titre = QStringLiteral("Bal");
-    event.description = QStringLiteral("Deux orchestres");
-    event.tags = QStringList{QStringLiteral("Sport"), QStringLiteral("Danse")};
-    event.lieu = QStringLiteral("Place");
-    event.link = QStringLiteral("https://a.fr");
-    event.organise_par = QStringLiteral("La Grange");
-    event.contact_email = QStringLiteral("a@b.fr");
-    event.user_id = QStringLiteral("moi");
+    event.id = u"7"_s;
+    event.titre = u"Bal"_s;
+    event.description = u"Deux orchestres"_s;
+    event.tags = QStringList{u"Sport"_s, u"Danse"_s};
+    event.lieu = u"Place"_s;
+    event.link = u"https://a.fr"_s;
+    event.organise_par = u"La Grange"_s;
+    event.contact_email = u"a@b.fr"_s;
+    event.user_id = u"moi"_s;
     event.starts_at =
         Instant{QDateTime(QDate(2026, 6, 14), QTime(16, 30, 20), Qt::UTC).toMSecsSinceEpoch()};
     return event;
@@ -85,8 +87,8 @@ struct Form {
     QAbstractButton *button(const QString &name) const { return named<QAbstractButton>(name); }
     QAbstractButton *save() const
     {
-        auto *create = button(QStringLiteral("Créer"));
-        return create ? create : button(QStringLiteral("Enregistrer"));
+        auto *create = button(u"Créer"_s);
+        return create ? create : button(u"Enregistrer"_s);
     }
 
     void press(const QString &name) const { QTest::mouseClick(button(name), Qt::LeftButton); }

@@ -73,6 +73,7 @@ private:
 /// A real HTTP server on a free port of the loopback interface, in the test's own event loop.
 class HttpServer : public QObject {
     Q_OBJECT
+
 public:
     using Handler = std::function<HttpAnswer(const HttpRequest &)>;
 

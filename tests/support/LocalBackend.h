@@ -4,9 +4,11 @@
 
 #include <QTemporaryDir>
 
+using namespace Qt::StringLiterals;
+
 struct LocalBackendParts {
     QTemporaryDir folder;
-    UserDefaults defaults{folder.filePath(QStringLiteral("defaults"))};
+    UserDefaults defaults{folder.filePath(u"defaults"_s)};
     NotificationCenter center;
 };
 
@@ -20,8 +22,7 @@ public:
     LocalBackend(const Configuration &configuration, const Limits &limits,
                  const QString &diagnosticFile)
         : Backend(configuration, defaults, center, limits,
-                  diagnosticFile.isEmpty() ? folder.filePath(QStringLiteral("reply.json"))
-                                           : diagnosticFile)
+                  diagnosticFile.isEmpty() ? folder.filePath(u"reply.json"_s) : diagnosticFile)
     {
     }
 };

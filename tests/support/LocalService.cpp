@@ -8,6 +8,8 @@
 #include <csignal>
 #include <sys/prctl.h>
 
+using namespace Qt::StringLiterals;
+
 #ifdef __SANITIZE_THREAD__
 // What is watched in these tests is the service, a process of its own. The test is only its client
 // and has no thread but those of the distribution's Qt, which the sanitizer cannot see into.
@@ -38,9 +40,8 @@ LocalService::LocalService(const QStringList &options)
     m_process.setProgram(QStringLiteral(AMORVELLE_SERVICE_PROGRAM));
     m_process.setProcessChannelMode(QProcess::MergedChannels);
     m_process.setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGTERM); });
-    if (!start()) {
+    if (!start())
         qWarning().noquote() << "the local service does not start:" << output();
-    }
 }
 
 LocalService::~LocalService()
@@ -52,8 +53,7 @@ bool LocalService::start()
 {
     m_url.clear();
     QFile::remove(readyFile());
-    m_process.setArguments(QStringList{QStringLiteral("--data"), dataFolder(),
-                                       QStringLiteral("--ready-file"), readyFile()}
+    m_process.setArguments(QStringList{u"--data"_s, dataFolder(), u"--ready-file"_s, readyFile()}
                            + m_options);
     m_process.start();
     QDeadlineTimer patience(90'000);
@@ -76,9 +76,8 @@ bool LocalService::start()
 
 bool LocalService::stop()
 {
-    if (m_process.state() == QProcess::NotRunning) {
+    if (m_process.state() == QProcess::NotRunning)
         return true;
-    }
     m_process.terminate();
     return m_process.waitForFinished() && m_process.exitStatus() == QProcess::NormalExit
         && m_process.exitCode() == 0;
@@ -99,11 +98,10 @@ QString LocalService::output()
 
 qint64 LocalService::databaseProcessId() const
 {
-    return linesOf(dataFolder() + QStringLiteral("/cluster/postmaster.pid")).value(0).toLongLong();
+    return linesOf(dataFolder() + u"/cluster/postmaster.pid"_s).value(0).toLongLong();
 }
 
 QString LocalService::socketFolder() const
 {
-    return QString::fromUtf8(
-        linesOf(dataFolder() + QStringLiteral("/cluster/postmaster.pid")).value(4));
+    return QString::fromUtf8(linesOf(dataFolder() + u"/cluster/postmaster.pid"_s).value(4));
 }

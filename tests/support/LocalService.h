@@ -4,6 +4,8 @@
 #include <QStringList>
 #include <QTemporaryDir>
 
+using namespace Qt::StringLiterals;
+
 /// The local service on a database of its own in a temporary folder, for tests of the whole stack.
 /// It ends with this object, and also when the test program is killed.
 class LocalService {
@@ -29,7 +31,7 @@ public:
 
     /// All it has written to its standard output (one line a request) and standard error so far.
     QString output();
-    QString dataFolder() const { return m_folder.filePath(QStringLiteral("data")); }
+    QString dataFolder() const { return m_folder.filePath(u"data"_s); }
     qint64 processId() const { return m_process.processId(); }
     /// The process of its database server.
     qint64 databaseProcessId() const;
@@ -37,7 +39,7 @@ public:
     QString socketFolder() const;
 
 private:
-    QString readyFile() const { return m_folder.filePath(QStringLiteral("ready")); }
+    QString readyFile() const { return m_folder.filePath(u"ready"_s); }
 
     QTemporaryDir m_folder;
     QStringList m_options;

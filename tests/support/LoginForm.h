@@ -10,6 +10,8 @@
 #include <QRadioButton>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 /// The sign-in form over a window, met as a person does: by what is named on it.
 struct LoginForm {
     QWidget window;
@@ -40,9 +42,9 @@ struct LoginForm {
         return nullptr;
     }
 
-    TextField *email() const { return named<TextField>(QStringLiteral("Email")); }
-    TextField *password() const { return named<TextField>(QStringLiteral("Mot de passe")); }
-    SecondaryButton *cancel() const { return named<SecondaryButton>(QStringLiteral("Annuler")); }
+    TextField *email() const { return named<TextField>(u"Email"_s); }
+    TextField *password() const { return named<TextField>(u"Mot de passe"_s); }
+    SecondaryButton *cancel() const { return named<SecondaryButton>(u"Annuler"_s); }
     PrimaryButton *primary() const { return view->findChild<PrimaryButton *>(); }
     QRadioButton *segment(const QString &name) const { return named<QRadioButton>(name); }
     ErrorText *error() const { return view->findChild<ErrorText *>(); }
@@ -64,7 +66,7 @@ struct LoginForm {
     void press() const { QTest::mouseClick(primary(), Qt::LeftButton); }
     void submit() const
     {
-        type(QStringLiteral("a@b.fr"), QStringLiteral("secret"));
+        type(u"a@b.fr"_s, u"secret"_s);
         press();
     }
 };

@@ -2,15 +2,18 @@
 
 #include "account/CredentialsStore.h"
 #include "backend/SupabaseClient.h"
-#include "controls/Accessibility.h"
 #include "controls/Popover.h"
 #include "controls/Sheet.h"
+#include "look/Accessibility.h"
+#include "sectionlist/SectionListAccessible.h"
 #include "support/Await.h"
 #include "support/OwnHome.h"
 #include "support/WindowTest.h"
 
 #include <QApplication>
 #include <QLineEdit>
+
+using namespace Qt::StringLiterals;
 
 /// What tests of the members' side of the window share: a service with accounts, and the sheets as
 /// a person sees them.
@@ -90,8 +93,8 @@ inline QAbstractButton *createAccount(const QWidget *form)
     QAbstractButton *lowest = nullptr;
     const auto buttons = form->findChildren<QAbstractButton *>();
     for (QAbstractButton *candidate : buttons) {
-        const bool isSo = candidate->accessibleName() == QStringLiteral("Créer un compte")
-            || candidate->text() == QStringLiteral("Créer un compte");
+        const bool isSo = candidate->accessibleName() == u"Créer un compte"_s
+            || candidate->text() == u"Créer un compte"_s;
         if (isSo
             && (!lowest
                 || candidate->mapToGlobal(QPoint()).y() > lowest->mapToGlobal(QPoint()).y()))
@@ -103,14 +106,13 @@ inline QAbstractButton *createAccount(const QWidget *form)
 inline void click(const QWidget *within, const QString &name)
 {
     QAbstractButton *found = WindowTest::button(within, name);
-    QVERIFY2(found, qPrintable(QStringLiteral("no button ") + name));
+    QVERIFY2(found, qPrintable(u"no button "_s + name));
     QTest::mouseClick(found, Qt::LeftButton);
 }
 
 inline void signInAs(const QString &email)
 {
-    QCOMPARE(outcomeOf(SupabaseClient::signIn(email, QStringLiteral("secret"))).failure(),
-             QString());
+    QCOMPARE(outcomeOf(SupabaseClient::signIn(email, u"secret"_s)).failure(), QString());
 }
 
 /// The whole of main(): runs the tests against a service of their own, which the window finds as
@@ -121,6 +123,7 @@ int run(int argc, char *argv[])
     const OwnHome home;
     const QApplication application(argc, argv);
     installAccessibility();
+    installSectionListAccessibility();
     HttpServer server;
     qputenv("SUPABASE_URL", server.base().toLatin1());
     qputenv("SUPABASE_KEY", "public-key");

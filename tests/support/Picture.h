@@ -5,6 +5,8 @@
 #include <QPainter>
 #include <QWidget>
 
+using namespace Qt::StringLiterals;
+
 /// What a widget paints, at `ratio` device pixels each, over its window's colour.
 inline QImage picture(QWidget &widget, qreal ratio = 1)
 {
@@ -34,7 +36,5 @@ inline bool alike(const QColor &a, const QColor &b)
 
 /// Prints both colours when they differ.
 #define COMPARE_COLORS(actual, expected)                                                           \
-    QVERIFY2(                                                                                      \
-        alike(actual, expected),                                                                   \
-        qPrintable(                                                                                \
-            QStringLiteral("%1, not %2").arg(QColor(actual).name(), QColor(expected).name())))
+    QVERIFY2(alike(actual, expected),                                                              \
+             qPrintable(u"%1, not %2"_s.arg(QColor(actual).name(), QColor(expected).name())))

@@ -7,19 +7,21 @@
 #include <csignal>
 #include <sys/prctl.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int patience = 60'000; ///< milliseconds; a busy machine under a sanitizer is slow
 
 const QString &busName()
 {
-    static const QString name = QStringLiteral("org.a11y.Bus");
+    static const QString name = u"org.a11y.Bus"_s;
     return name;
 }
 
 const QString &busPath()
 {
-    static const QString path = QStringLiteral("/org/a11y/bus");
+    static const QString path = u"/org/a11y/bus"_s;
     return path;
 }
 
@@ -41,7 +43,7 @@ ReaderDesktop::ReaderDesktop()
     m_manager = std::make_unique<StandInWindowManager>();
     m_session = std::make_unique<PrivateBus>();
     const QString address = accessibilityBus();
-    m_bus = QDBusConnection::connectToBus(address, QStringLiteral("reader"));
+    m_bus = QDBusConnection::connectToBus(address, u"reader"_s);
     if (!m_bus.isConnected())
         qFatal("no accessibility bus at %s", qPrintable(address));
     switchOn();
@@ -53,7 +55,7 @@ ReaderDesktop::~ReaderDesktop()
     m_session.reset();
     if (!QTest::qWaitFor([this] { return !m_bus.isConnected(); }, patience))
         qWarning("the accessibility bus outlives its session");
-    QDBusConnection::disconnectFromBus(QStringLiteral("reader"));
+    QDBusConnection::disconnectFromBus(u"reader"_s);
     m_manager.reset();
     m_screen.terminate();
     m_screen.waitForFinished();
@@ -63,10 +65,9 @@ void ReaderDesktop::startScreen()
 {
     m_screen.setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGTERM); });
     // It takes the first number that is free and tells which, once it serves.
-    m_screen.start(QStringLiteral("Xvfb"),
-                   {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"),
-                    QStringLiteral("0"), QStringLiteral("1366x768x24"), QStringLiteral("-nolisten"),
-                    QStringLiteral("tcp")});
+    m_screen.start(u"Xvfb"_s,
+                   {u"-displayfd"_s, u"1"_s, u"-screen"_s, u"0"_s, u"1366x768x24"_s, u"-nolisten"_s,
+                    u"tcp"_s});
     if (!m_screen.waitForReadyRead(patience))
         qFatal("Xvfb did not start: %s", m_screen.readAllStandardError().constData());
     qputenv("DISPLAY", ":" + m_screen.readLine().trimmed());
@@ -74,11 +75,11 @@ void ReaderDesktop::startScreen()
 
 QString ReaderDesktop::accessibilityBus() const
 {
-    auto session = QDBusConnection::connectToBus(m_session->address(), QStringLiteral("session"));
-    const auto question = QDBusMessage::createMethodCall(busName(), busPath(), busName(),
-                                                         QStringLiteral("GetAddress"));
+    auto session = QDBusConnection::connectToBus(m_session->address(), u"session"_s);
+    const auto question =
+        QDBusMessage::createMethodCall(busName(), busPath(), busName(), u"GetAddress"_s);
     const QDBusReply<QString> address = session.call(question, QDBus::Block, patience);
-    QDBusConnection::disconnectFromBus(QStringLiteral("session"));
+    QDBusConnection::disconnectFromBus(u"session"_s);
     if (!address.isValid())
         qFatal("no accessibility service: %s", qPrintable(address.error().message()));
     return address;
@@ -86,14 +87,12 @@ QString ReaderDesktop::accessibilityBus() const
 
 void ReaderDesktop::switchOn() const
 {
-    auto session = QDBusConnection::connectToBus(m_session->address(), QStringLiteral("session"));
+    auto session = QDBusConnection::connectToBus(m_session->address(), u"session"_s);
     auto wish = QDBusMessage::createMethodCall(busName(), busPath(),
-                                               QStringLiteral("org.freedesktop.DBus.Properties"),
-                                               QStringLiteral("Set"));
-    wish << QStringLiteral("org.a11y.Status") << QStringLiteral("IsEnabled")
-         << QVariant::fromValue(QDBusVariant(true));
+                                               u"org.freedesktop.DBus.Properties"_s, u"Set"_s);
+    wish << u"org.a11y.Status"_s << u"IsEnabled"_s << QVariant::fromValue(QDBusVariant(true));
     const QDBusMessage answer = session.call(wish, QDBus::Block, patience);
-    QDBusConnection::disconnectFromBus(QStringLiteral("session"));
+    QDBusConnection::disconnectFromBus(u"session"_s);
     if (answer.type() == QDBusMessage::ErrorMessage)
         qFatal("accessibility cannot be switched on: %s", qPrintable(answer.errorMessage()));
 }

@@ -3,6 +3,8 @@
 #include <csignal>
 #include <sys/prctl.h>
 
+using namespace Qt::StringLiterals;
+
 using AtSpi::Object;
 using AtSpi::Role;
 using AtSpi::State;
@@ -14,36 +16,36 @@ QString wordOf(Role role)
 {
     switch (role) {
     case Role::Alert:
-        return QStringLiteral("alert");
+        return u"alert"_s;
     case Role::Dialog:
-        return QStringLiteral("dialog");
+        return u"dialog"_s;
     case Role::Frame:
-        return QStringLiteral("frame");
+        return u"frame"_s;
     case Role::Label:
-        return QStringLiteral("label");
+        return u"label"_s;
     case Role::List:
-        return QStringLiteral("list");
+        return u"list"_s;
     case Role::ListItem:
-        return QStringLiteral("item");
+        return u"item"_s;
     case Role::PageTab:
-        return QStringLiteral("tab");
+        return u"tab"_s;
     case Role::Panel:
-        return QStringLiteral("panel");
+        return u"panel"_s;
     case Role::PushButton:
-        return QStringLiteral("button");
+        return u"button"_s;
     case Role::Text:
-        return QStringLiteral("text");
+        return u"text"_s;
     case Role::Heading:
-        return QStringLiteral("heading");
+        return u"heading"_s;
     case Role::Link:
-        return QStringLiteral("link");
+        return u"link"_s;
     case Role::Notification:
-        return QStringLiteral("notification");
+        return u"notification"_s;
     case Role::Filler:
     case Role::PageTabList:
         return {};
     }
-    return QStringLiteral("role %1").arg(static_cast<uint>(role));
+    return u"role %1"_s.arg(static_cast<uint>(role));
 }
 
 void hear(const Object &object, QStringList &heard)
@@ -67,9 +69,9 @@ ReaderProgram::ReaderProgram(const ReaderDesktop &desktop, const HttpServer &ser
     : m_bus(desktop.bus())
 {
     auto environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
-    environment.insert(QStringLiteral("SUPABASE_URL"), service.base());
-    environment.insert(QStringLiteral("SUPABASE_KEY"), QStringLiteral("key"));
+    environment.insert(u"QT_QPA_PLATFORM"_s, u"xcb"_s);
+    environment.insert(u"SUPABASE_URL"_s, service.base());
+    environment.insert(u"SUPABASE_KEY"_s, u"key"_s);
     m_process.setProcessEnvironment(environment);
     m_process.setProcessChannelMode(QProcess::ForwardedChannels);
     m_process.setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGKILL); });
@@ -88,7 +90,7 @@ ReaderProgram::~ReaderProgram()
 
 Object ReaderProgram::object() const
 {
-    return Object::program(m_bus, QStringLiteral("aMorvelle"));
+    return Object::program(m_bus, u"aMorvelle"_s);
 }
 
 Object ReaderProgram::list() const

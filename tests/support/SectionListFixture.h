@@ -1,7 +1,8 @@
 #pragma once
 
-#include "controls/Colors.h"
-#include "controls/SectionList.h"
+#include "look/Colors.h"
+#include "sectionlist/SectionList.h"
+#include "sectionlist/SectionListAccessible.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -15,6 +16,8 @@
 #include <QWheelEvent>
 
 #include <map>
+
+using namespace Qt::StringLiterals;
 
 /// One row of a test's list.
 struct TestItem {
@@ -38,7 +41,7 @@ public:
         : m_button(new QPushButton(this))
     {
         ++alive;
-        m_button->setText(QStringLiteral("x"));
+        m_button->setText(u"x"_s);
     }
     ~TestRow() override { --alive; }
     Q_DISABLE_COPY_MOVE(TestRow)
@@ -98,10 +101,11 @@ class ListWindow : public QWidget {
 
 public:
     ListWindow(int width = 728, int height = 481)
-        : before(new QPushButton(QStringLiteral("before"), this))
+        : before(new QPushButton(u"before"_s, this))
         , list(new SectionList([] { return new TestRow; }, this))
-        , after(new QPushButton(QStringLiteral("after"), this))
+        , after(new QPushButton(u"after"_s, this))
     {
+        installSectionListAccessibility();
         QApplication::setPalette(applicationPalette(ColorScheme::Light));
         auto *column = new QVBoxLayout(this);
         column->setContentsMargins(0, 0, 0, 0);
@@ -149,7 +153,7 @@ public:
         QList<std::pair<QString, QList<TestItem>>> sections;
         for (int row = 0; row < count; ++row) {
             if (row % perSection == 0)
-                sections.append({QStringLiteral("Section %1").arg(row / perSection), {}});
+                sections.append({u"Section %1"_s.arg(row / perSection), {}});
             sections.last().second.append({QString::number(row), heightOf(row), false, true});
         }
         setSections(sections);

@@ -17,9 +17,8 @@ QByteArray base64(const QByteArray &bytes)
 QByteArray ServiceReply::header(const QByteArray &name) const
 {
     for (const auto &[known, value] : headers) {
-        if (known.compare(name, Qt::CaseInsensitive) == 0) {
+        if (known.compare(name, Qt::CaseInsensitive) == 0)
             return value;
-        }
     }
     return {};
 }
@@ -40,30 +39,25 @@ ServiceReply exchange(const QString &baseUrl, const QByteArray &verb, const QByt
     const QUrl url(baseUrl);
     QTcpSocket socket;
     socket.connectToHost(url.host(), static_cast<quint16>(url.port()));
-    if (!socket.waitForConnected(5000)) {
+    if (!socket.waitForConnected(5000))
         return {};
-    }
     QByteArray request = verb + ' ' + target
         + " HTTP/1.1\r\nHost: 127.0.0.1\r\n"
           "Connection: close\r\n";
-    for (const auto &[name, value] : headers) {
+    for (const auto &[name, value] : headers)
         request += name + ": " + value + "\r\n";
-    }
-    if (!body.isEmpty() || verb == "POST" || verb == "PATCH") {
+    if (!body.isEmpty() || verb == "POST" || verb == "PATCH")
         request += "Content-Length: " + QByteArray::number(body.size()) + "\r\n";
-    }
     socket.write(request + "\r\n" + body);
     QByteArray answer;
-    while (socket.state() == QAbstractSocket::ConnectedState && socket.waitForReadyRead(20'000)) {
+    while (socket.state() == QAbstractSocket::ConnectedState && socket.waitForReadyRead(20'000))
         answer += socket.readAll();
-    }
     answer += socket.readAll();
 
     ServiceReply reply;
     const auto end = answer.indexOf("\r\n\r\n");
-    if (end < 0) {
+    if (end < 0)
         return reply;
-    }
     reply.body = answer.mid(end + 4);
     const QList<QByteArray> lines = answer.left(end).split('\n');
     reply.status = lines.first().split(' ').value(1).toInt();

@@ -5,14 +5,15 @@
 #include <csignal>
 #include <sys/prctl.h>
 
+using namespace Qt::StringLiterals;
+
 PrivateBus::PrivateBus()
 {
     m_daemon.setProcessChannelMode(QProcess::SeparateChannels);
     m_daemon.setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGTERM); });
-    m_daemon.start(QStringLiteral("dbus-daemon"),
-                   {QStringLiteral("--session"), QStringLiteral("--nofork"),
-                    QStringLiteral("--nopidfile"), QStringLiteral("--nosyslog"),
-                    QStringLiteral("--print-address")});
+    m_daemon.start(
+        u"dbus-daemon"_s,
+        {u"--session"_s, u"--nofork"_s, u"--nopidfile"_s, u"--nosyslog"_s, u"--print-address"_s});
     if (!m_daemon.waitForReadyRead(20'000))
         qFatal("dbus-daemon did not start: %s", m_daemon.readAllStandardError().constData());
     m_address = QString::fromLatin1(m_daemon.readLine()).trimmed();
@@ -30,9 +31,9 @@ StandInPortal::StandInPortal(const PrivateBus &bus, uint scheme)
     , m_bus(QDBusConnection::connectToBus(bus.address(), m_connectionName))
     , m_scheme(scheme)
 {
-    m_bus.registerObject(QStringLiteral("/org/freedesktop/portal/desktop"), this,
+    m_bus.registerObject(u"/org/freedesktop/portal/desktop"_s, this,
                          QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllSignals);
-    if (!m_bus.registerService(QStringLiteral("org.freedesktop.portal.Desktop")))
+    if (!m_bus.registerService(u"org.freedesktop.portal.Desktop"_s))
         qFatal("the stand-in portal has no bus");
 }
 
@@ -44,8 +45,7 @@ StandInPortal::~StandInPortal()
 void StandInPortal::change(uint scheme)
 {
     m_scheme = scheme;
-    Q_EMIT SettingChanged(QStringLiteral("org.freedesktop.appearance"),
-                          QStringLiteral("color-scheme"), QDBusVariant(scheme));
+    Q_EMIT SettingChanged(u"org.freedesktop.appearance"_s, u"color-scheme"_s, QDBusVariant(scheme));
 }
 
 void StandInPortal::answer()
@@ -60,10 +60,8 @@ void StandInPortal::answer()
 QDBusVariant StandInPortal::Read(const QString &group, const QString &key)
 {
     ++m_questions;
-    if (group != QStringLiteral("org.freedesktop.appearance")
-        || key != QStringLiteral("color-scheme")) {
-        sendErrorReply(QStringLiteral("org.freedesktop.portal.Error.NotFound"),
-                       QStringLiteral("no such setting"));
+    if (group != u"org.freedesktop.appearance"_s || key != u"color-scheme"_s) {
+        sendErrorReply(u"org.freedesktop.portal.Error.NotFound"_s, u"no such setting"_s);
         return {};
     }
     if (m_holds) {

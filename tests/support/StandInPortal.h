@@ -26,6 +26,7 @@ private:
 /// A desktop's settings portal as far as it tells light from dark.
 class StandInPortal : public QObject, protected QDBusContext {
     Q_OBJECT
+
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Settings")
 public:
     /// `scheme`: 0 no preference, 1 dark, 2 light.

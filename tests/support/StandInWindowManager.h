@@ -9,6 +9,7 @@
 /// once that is gone the one opened before it. On the screen that DISPLAY names.
 class StandInWindowManager : public QObject {
     Q_OBJECT
+
 public:
     StandInWindowManager();
     ~StandInWindowManager() override;

@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <cstdio>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 int kindOf(const QJsonValue &value)
@@ -77,25 +79,24 @@ std::variant<Vectors::Cases, Vectors::Problem> Vectors::read(const QString &path
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
-        return Problem{path + QStringLiteral(": ") + file.errorString()};
+        return Problem{path + u": "_s + file.errorString()};
     QJsonParseError error;
     const QJsonDocument document = QJsonDocument::fromJson(file.readAll(), &error);
     if (document.isNull())
-        return Problem{path + QStringLiteral(": ") + error.errorString()};
-    if (!hasForm(document.object(),
-                 {{QStringLiteral("note"), Text}, {QStringLiteral("cases"), List}}))
-        return Problem{path + QStringLiteral(": not one record of a note and cases")};
+        return Problem{path + u": "_s + error.errorString()};
+    if (!hasForm(document.object(), {{u"note"_s, Text}, {u"cases"_s, List}}))
+        return Problem{path + u": not one record of a note and cases"_s};
 
     Cases cases;
-    const QJsonArray list = document.object().value(QStringLiteral("cases")).toArray();
+    const QJsonArray list = document.object().value(u"cases"_s).toArray();
     for (const auto &value : list) {
         if (!value.isObject() || !hasForm(value.toObject(), form))
-            return Problem{path + QStringLiteral(": a case of unknown form: ")
+            return Problem{path + u": a case of unknown form: "_s
                            + QString::fromUtf8(shown(value))};
         cases.append(value.toObject());
     }
     if (cases.isEmpty())
-        return Problem{path + QStringLiteral(": no cases")};
+        return Problem{path + u": no cases"_s};
     return cases;
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "browse/ContentView.h"
-#include "controls/SectionList.h"
+#include "sectionlist/SectionList.h"
 #include "support/HttpServer.h"
 
 #include <QAbstractButton>
@@ -15,6 +15,8 @@
 #include <algorithm>
 #include <memory>
 
+using namespace Qt::StringLiterals;
+
 /// Ways for a test to meet the window as a person does: by what is visible and how it is named.
 namespace WindowTest {
 
@@ -23,10 +25,9 @@ inline QJsonObject row(const QString &id, int days, const QJsonObject &more = {}
 {
     const QDateTime start = QDateTime::currentDateTimeUtc().addDays(days);
     QJsonObject object{
-        {QStringLiteral("id"), id},
-        {QStringLiteral("titre"), id},
-        {QStringLiteral("starts_at"),
-         start.toString(QStringLiteral("yyyy-MM-ddTHH:mm:ss.zzz000+00:00"))},
+        {u"id"_s, id},
+        {u"titre"_s, id},
+        {u"starts_at"_s, start.toString(u"yyyy-MM-ddTHH:mm:ss.zzz000+00:00"_s)},
     };
     for (auto it = more.begin(); it != more.end(); ++it)
         object.insert(it.key(), it.value());

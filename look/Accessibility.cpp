@@ -1,0 +1,99 @@
+#include "look/Accessibility.h"
+
+#include <QAccessibleWidget>
+#include <QVariant>
+#include <QWidget>
+
+namespace {
+
+constexpr const char *roleProperty = "accessibleRole";
+
+/// A widget whose role is a property and whose press and choice are its own; without the property,
+/// a plain window.
+class RoleInterface final : public QAccessibleWidget {
+public:
+    explicit RoleInterface(QWidget *widget)
+        : QAccessibleWidget(widget)
+    {
+    }
+
+    QAccessible::Role role() const override
+    {
+        const QVariant role = object()->property(roleProperty);
+        return role.isValid() ? static_cast<QAccessible::Role>(role.toInt()) : QAccessible::Window;
+    }
+
+    QString text(QAccessible::Text kind) const override
+    {
+        // Without this the tooltip stands in for a missing description: with its markup, and mostly
+        // to say the name once more.
+        return kind == QAccessible::Description ? widget()->accessibleDescription()
+                                                : QAccessibleWidget::text(kind);
+    }
+
+    QAccessible::State state() const override
+    {
+        auto state = QAccessibleWidget::state();
+        const bool choosable = role() == QAccessible::ListItem || role() == QAccessible::PageTab;
+        if (const auto *item = pressable(); item && choosable) {
+            state.selectable = true;
+            state.selected = item->isChosen();
+        }
+        state.readOnly = role() == QAccessible::StaticText;
+        return state;
+    }
+
+    QStringList actionNames() const override
+    {
+        auto names = QAccessibleWidget::actionNames();
+        if (pressable() && widget()->isEnabled())
+            names.prepend(pressAction());
+        return names;
+    }
+
+    void doAction(const QString &name) override
+    {
+        auto *item = pressable();
+        if (item && name == pressAction() && widget()->isEnabled())
+            item->press();
+        else
+            QAccessibleWidget::doAction(name);
+    }
+
+private:
+    Pressable *pressable() const { return dynamic_cast<Pressable *>(object()); }
+};
+
+/// Asked for each class of the object, from its own up to QObject.
+QAccessibleInterface *interfaceOf(const QString &className, QObject *object)
+{
+    auto *widget = qobject_cast<QWidget *>(object);
+    if (!widget)
+        return nullptr;
+    // The toolkit takes a window that is no more than a widget for a filler, which readers skip.
+    const bool isPlainWindow =
+        className == QLatin1StringView("QWidget") && widget->windowType() == Qt::Window;
+    if (!isPlainWindow && !widget->property(roleProperty).isValid())
+        return nullptr;
+    return new RoleInterface(widget);
+}
+
+} // namespace
+
+void installAccessibility()
+{
+    static const bool installed = [] {
+        QAccessible::installFactory(interfaceOf);
+        return true;
+    }();
+    Q_UNUSED(installed)
+}
+
+void setAccessibleRole(QWidget *widget, QAccessible::Role role)
+{
+    widget->setProperty(roleProperty, static_cast<int>(role));
+    // An interface made before, for the class's role, is kept until it is dropped.
+    auto *interface = QAccessible::queryAccessibleInterface(widget);
+    if (interface && !dynamic_cast<RoleInterface *>(interface))
+        QAccessible::deleteAccessibleInterface(QAccessible::uniqueId(interface));
+}

@@ -1,6 +1,0 @@
-amorvelle_add_test(test_segmented_control LINKS controls)
-amorvelle_add_test(test_popover LINKS controls)
-amorvelle_add_test(test_account_menu LINKS account)
-amorvelle_add_test(test_login_view LINKS account amorvelle_test_http)
-amorvelle_add_test(test_login_view_requests LINKS account amorvelle_test_http)
-amorvelle_add_test(test_login_view_unconfigured LINKS account)

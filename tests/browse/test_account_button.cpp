@@ -1,0 +1,62 @@
+#include "browse/AccountButton.h"
+
+#include "look/Accessibility.h"
+
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+class TestAccountButton : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { installAccessibility(); }
+    void theReaderTellsTheAddressThatIsShown();
+    void anAddressTooLongToBeSeenIsReadAndShownWhole();
+    void theReaderPressesIt();
+};
+
+namespace {
+
+QAccessibleInterface *read(QWidget &widget)
+{
+    return QAccessible::queryAccessibleInterface(&widget);
+}
+
+} // namespace
+
+void TestAccountButton::theReaderTellsTheAddressThatIsShown()
+{
+    AccountButton button;
+    QCOMPARE(read(button)->role(), QAccessible::Button);
+    QCOMPARE(read(button)->text(QAccessible::Name), u"Compte"_s);
+    QCOMPARE(read(button)->text(QAccessible::Description), QString());
+    button.setEmail(u"a@exemple.fr"_s);
+    QCOMPARE(read(button)->text(QAccessible::Name), u"Compte"_s);
+    QCOMPARE(read(button)->text(QAccessible::Description), u"a@exemple.fr"_s);
+    button.setEmail({});
+    QCOMPARE(read(button)->text(QAccessible::Description), QString());
+}
+
+void TestAccountButton::anAddressTooLongToBeSeenIsReadAndShownWhole()
+{
+    const QString address = u"une.adresse.vraiment.interminable@exemple.fr"_s;
+    AccountButton button;
+    button.setEmail(address);
+    QVERIFY(button.toolTip().contains(address));
+    QCOMPARE(read(button)->text(QAccessible::Description), address);
+}
+
+void TestAccountButton::theReaderPressesIt()
+{
+    AccountButton button;
+    int pressed = 0;
+    connect(&button, &QAbstractButton::clicked, this, [&pressed] { ++pressed; });
+    auto *actions = read(button)->actionInterface();
+    QVERIFY(actions->actionNames().contains(QAccessibleActionInterface::pressAction()));
+    actions->doAction(QAccessibleActionInterface::pressAction());
+    QTRY_COMPARE(pressed, 1);
+}
+
+QTEST_MAIN(TestAccountButton)
+#include "test_account_button.moc"

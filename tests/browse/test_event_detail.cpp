@@ -1,0 +1,353 @@
+#include "browse/EventDetailView.h"
+#include "controls/LinkLabel.h"
+#include "controls/SymbolLabel.h"
+#include "controls/TextLabel.h"
+#include "sectionlist/SectionList.h"
+#include "support/OwnHome.h"
+#include "support/WindowTest.h"
+
+#include <QApplication>
+#include <QDesktopServices>
+#include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
+
+using namespace Qt::StringLiterals;
+
+using namespace WindowTest;
+
+namespace {
+
+const Calendar &paris()
+{
+    static const Calendar calendar(u"fr_FR"_s, u"Europe/Paris"_s);
+    return calendar;
+}
+
+Event onlyTitle()
+{
+    Event event;
+    event.id = u"1"_s;
+    event.titre = u"Marché de Noël"_s;
+    return event;
+}
+
+QStringList seen(const QWidget &sheet)
+{
+    QStringList texts;
+    const auto widgets = sheet.findChildren<QWidget *>();
+    for (const QWidget *widget : widgets) {
+        QString text;
+        if (const auto *label = qobject_cast<const TextLabel *>(widget))
+            text = label->text();
+        else if (const auto *symbol = qobject_cast<const SymbolLabel *>(widget))
+            text = symbol->text();
+        else if (qobject_cast<const LinkLabel *>(widget))
+            text = widget->accessibleName();
+        if (widget->isVisible() && !text.isEmpty())
+            texts.append(text.replace(QChar(0x202F), QLatin1Char(' ')));
+    }
+    return texts;
+}
+
+/// Takes the addresses that would go to the desktop.
+class Desktop : public QObject {
+    Q_OBJECT
+
+public:
+    explicit Desktop(const QStringList &schemes)
+        : m_schemes(schemes)
+    {
+        for (const QString &scheme : schemes)
+            QDesktopServices::setUrlHandler(scheme, this, "open");
+    }
+    ~Desktop() override
+    {
+        for (const QString &scheme : m_schemes)
+            QDesktopServices::unsetUrlHandler(scheme);
+    }
+    QList<QUrl> opened;
+
+public Q_SLOTS:
+    void open(const QUrl &address) { opened.append(address); }
+
+private:
+    QStringList m_schemes;
+};
+
+EventDetailView *detailOf(const ContentView *window)
+{
+    auto *sheet = window->findChild<EventDetailView *>();
+    return sheet && sheet->isVisible() ? sheet : nullptr;
+}
+
+} // namespace
+
+class TestEventDetail : public QObject {
+    Q_OBJECT
+
+public:
+    explicit TestEventDetail(HttpServer &server)
+        : m_server(server)
+    {
+    }
+
+private Q_SLOTS:
+    void anEventWithOnlyATitleShowsTheTitle();
+    void everythingThatIsKnownIsShownInOrder();
+    void emptyTextsAreLeftOut();
+    void theDayAsStoredWinsAndAnEmptyOneGivesWay();
+    void textsAreShownLetterByLetter();
+    void onlyWhatFormsAnAddressIsOfferedAsALink();
+    void pagesMailAndTelephoneGoToTheDesktop_data();
+    void pagesMailAndTelephoneGoToTheDesktop();
+    void nothingElseIsEverOpened_data();
+    void nothingElseIsEverOpened();
+
+    void choosingAnEventOpensItAndEscapeGoesBackToItsRow();
+    void theButtonClosesToo();
+    void onASmallScreenTheTextScrollsOverTheButton();
+    void aReloadBeneathChangesNothingInTheSheet();
+    void returnInTheListOpensTheEvent();
+
+private:
+    HttpServer &m_server;
+};
+
+void TestEventDetail::anEventWithOnlyATitleShowsTheTitle()
+{
+    QWidget window;
+    window.resize(760, 620);
+    window.show();
+    EventDetailView sheet(onlyTitle(), paris(), &window);
+    sheet.open();
+    QCOMPARE(seen(sheet), QStringList(u"Marché de Noël"_s));
+    QVERIFY(button(&sheet, u"Fermer"_s));
+}
+
+void TestEventDetail::everythingThatIsKnownIsShownInOrder()
+{
+    QWidget window;
+    window.resize(760, 620);
+    window.show();
+    Event event = onlyTitle();
+    event.description = u"Une trentaine d’artisans."_s;
+    event.date_texte = u"2026-12-05"_s;
+    event.heure_texte = u"10:00"_s;
+    event.lieu = u"Place de l’Église"_s;
+    event.organise_par = u"Morvelle Animation"_s;
+    event.contact_email = u"contact@exemple.fr"_s;
+    event.link = u"https://exemple.fr"_s;
+    EventDetailView sheet(event, paris(), &window);
+    sheet.open();
+    QCOMPARE(seen(sheet),
+             QStringList({u"Marché de Noël"_s, u"Une trentaine d’artisans."_s, u"2026-12-05"_s,
+                          u"10:00"_s, u"Place de l’Église"_s, u"Organisé par Morvelle Animation"_s,
+                          u"contact@exemple.fr"_s, u"Ouvrir le lien"_s}));
+}
+
+void TestEventDetail::emptyTextsAreLeftOut()
+{
+    QWidget window;
+    window.show();
+    Event event = onlyTitle();
+    event.description = event.lieu = event.heure_texte = event.organise_par = QString();
+    event.contact_email = event.link = event.date_texte = QString();
+    event.tags = QStringList();
+    EventDetailView sheet(event, paris(), &window);
+    sheet.open();
+    QCOMPARE(seen(sheet), QStringList(u"Marché de Noël"_s));
+}
+
+void TestEventDetail::theDayAsStoredWinsAndAnEmptyOneGivesWay()
+{
+    QWidget window;
+    window.show();
+    Event event = onlyTitle();
+    event.starts_at = Instant{1790845920000};
+    event.date_texte = u"samedi"_s;
+    EventDetailView stored(event, paris(), &window);
+    stored.open();
+    QVERIFY(seen(stored).contains(u"samedi"_s));
+    event.date_texte = QString();
+    EventDetailView formatted(event, paris(), &window);
+    formatted.open();
+    QVERIFY(seen(formatted).contains(u"1 oct. 2026 à 11:12"_s));
+}
+
+void TestEventDetail::textsAreShownLetterByLetter()
+{
+    QWidget window;
+    window.show();
+    Event event = onlyTitle();
+    event.titre = u"<b>x</b> & y"_s;
+    event.organise_par = u"<i>&amp;</i>"_s;
+    EventDetailView sheet(event, paris(), &window);
+    sheet.open();
+    QCOMPARE(seen(sheet), QStringList({u"<b>x</b> & y"_s, u"Organisé par <i>&amp;</i>"_s}));
+}
+
+void TestEventDetail::onlyWhatFormsAnAddressIsOfferedAsALink()
+{
+    QWidget window;
+    window.show();
+    Event event = onlyTitle();
+    for (const auto &[text, offered] :
+         {std::pair(u"https://exemple.fr/été"_s, true), std::pair(u"exemple.fr"_s, true),
+          std::pair(u"demandez à la mairie"_s, false)}) {
+        event.link = text;
+        EventDetailView sheet(event, paris(), &window);
+        sheet.open();
+        auto *link = sheet.findChild<LinkLabel *>();
+        QCOMPARE(link != nullptr, offered);
+        if (offered)
+            QVERIFY(!link->toolTip().isEmpty());
+    }
+}
+
+void TestEventDetail::pagesMailAndTelephoneGoToTheDesktop_data()
+{
+    QTest::addColumn<QString>("address");
+    for (const char *address :
+         {"http://exemple.fr/a", "https://exemple.fr/%C3%A9t%C3%A9", "HTTPS://exemple.fr",
+          "mailto:mairie@exemple.fr", "tel:+33123456789"})
+        QTest::newRow(address) << QString::fromLatin1(address);
+}
+
+void TestEventDetail::pagesMailAndTelephoneGoToTheDesktop()
+{
+    QFETCH(QString, address);
+    Desktop desktop({u"http"_s, u"https"_s, u"mailto"_s, u"tel"_s});
+    LinkLabel link(u"Ouvrir le lien"_s, QUrl(address));
+    link.show();
+    QTest::mouseClick(&link, Qt::LeftButton);
+    QTest::keyClick(&link, Qt::Key_Return);
+    QTest::keyClick(&link, Qt::Key_Space);
+    QCOMPARE(desktop.opened, QList<QUrl>(3, QUrl(address)));
+}
+
+void TestEventDetail::nothingElseIsEverOpened_data()
+{
+    QTest::addColumn<QString>("address");
+    for (const char *address :
+         {"file:///etc/passwd", "javascript:alert(1)", "ssh://host", "FILE:///bin/sh"})
+        QTest::newRow(address) << QString::fromLatin1(address);
+}
+
+void TestEventDetail::nothingElseIsEverOpened()
+{
+    QFETCH(QString, address);
+    Desktop desktop({QUrl(address).scheme()});
+    LinkLabel link(u"Ouvrir le lien"_s, QUrl(address));
+    link.show();
+    QTest::mouseClick(&link, Qt::LeftButton);
+    QTest::keyClick(&link, Qt::Key_Return);
+    QVERIFY(desktop.opened.isEmpty());
+    QVERIFY(mayOpen(QUrl(u"exemple.fr"_s))); // what has no scheme is the desktop's affair
+}
+
+void TestEventDetail::choosingAnEventOpensItAndEscapeGoesBackToItsRow()
+{
+    m_server.answer(reply({row(u"a"_s, 1), row(u"b"_s, 2)}));
+    const auto window = shownWindow();
+    QTRY_VERIFY(named(window.get(), u"b"_s));
+    auto *b = qobject_cast<SectionListRow *>(named(window.get(), u"b"_s));
+    QTest::mouseClick(b, Qt::LeftButton);
+    QTRY_VERIFY(detailOf(window.get()));
+    QVERIFY(b->isSelected());
+    QTest::keyClick(detailOf(window.get()), Qt::Key_Escape);
+    QTRY_VERIFY(!detailOf(window.get()));
+    QTRY_VERIFY(!b->isSelected());
+    QCOMPARE(window->focusWidget()->accessibleName(), u"b"_s);
+}
+
+void TestEventDetail::theButtonClosesToo()
+{
+    m_server.answer(reply({row(u"a"_s, 1)}));
+    const auto window = shownWindow();
+    QTRY_VERIFY(named(window.get(), u"a"_s));
+    QTest::mouseClick(named(window.get(), u"a"_s), Qt::LeftButton);
+    QTRY_VERIFY(detailOf(window.get()));
+    QTest::mouseClick(button(detailOf(window.get()), u"Fermer"_s), Qt::LeftButton);
+    QTRY_VERIFY(!window->findChild<EventDetailView *>());
+}
+
+void TestEventDetail::onASmallScreenTheTextScrollsOverTheButton()
+{
+    constexpr int smallScreen = 768;
+    Event event = onlyTitle();
+    event.description = u"Chacun apporte un bol et les voisins des histoires. "_s.repeated(120);
+    QWidget window;
+    const int end = window.screen()->availableGeometry().bottom() + 1;
+    window.setGeometry(20, end - smallScreen, 760, 620);
+    window.show();
+    EventDetailView sheet(event, paris(), &window);
+    sheet.open();
+
+    const auto place = [](const QWidget *widget) {
+        return QRect(widget->mapToGlobal(QPoint()), widget->size());
+    };
+    const QRect card = sheet.card().translated(sheet.pos());
+    QCOMPARE(card.bottom() + 1, end - 16);
+    const auto *close = button(&sheet, u"Fermer"_s);
+    QVERIFY(close);
+    const QRect fixed = place(close);
+    QVERIFY(card.contains(fixed));
+
+    auto *area = sheet.findChild<QScrollArea *>();
+    const QRect seen = place(area->viewport());
+    QVERIFY(seen.bottom() < fixed.top());
+    const auto labels = sheet.findChildren<TextLabel *>();
+    const TextLabel *text = labels.last();
+    QCOMPARE(text->text(), *event.description);
+    QVERIFY(seen.contains(place(text).topLeft()));
+    QVERIFY(place(text).bottom() > end);
+    area->verticalScrollBar()->setValue(area->verticalScrollBar()->maximum());
+    QVERIFY(seen.contains(place(text).bottomLeft()));
+    QCOMPARE(place(close), fixed);
+}
+
+void TestEventDetail::aReloadBeneathChangesNothingInTheSheet()
+{
+    m_server.answer(reply({row(u"a"_s, 1)}));
+    const auto window = shownWindow();
+    QTRY_VERIFY(named(window.get(), u"a"_s));
+    QTest::mouseClick(named(window.get(), u"a"_s), Qt::LeftButton);
+    QTRY_VERIFY(detailOf(window.get()));
+
+    m_server.answer(reply({row(u"b"_s, 1)}));
+    const auto task = window->loadEvents();
+    auto *list = window->findChild<SectionList *>();
+    QTRY_VERIFY(named(list->window(), u"b"_s));
+    QCOMPARE(seen(*detailOf(window.get())).first(), u"a"_s);
+    // Its row is gone when it closes; the one in its place has the keyboard.
+    QTest::keyClick(detailOf(window.get()), Qt::Key_Escape);
+    QTRY_VERIFY(!detailOf(window.get()));
+}
+
+void TestEventDetail::returnInTheListOpensTheEvent()
+{
+    m_server.answer(reply({row(u"a"_s, 1), row(u"b"_s, 2)}));
+    const auto window = shownWindow();
+    QTRY_VERIFY(named(window.get(), u"a"_s));
+    named(window.get(), u"a"_s)->setFocus(Qt::TabFocusReason);
+    QTest::keyClick(window->focusWidget(), Qt::Key_Down);
+    QTest::keyClick(window->focusWidget(), Qt::Key_Return);
+    QTRY_VERIFY(detailOf(window.get()));
+    QCOMPARE(seen(*detailOf(window.get())).first(), u"b"_s);
+}
+
+int main(int argc, char *argv[])
+{
+    const OwnHome home;
+    const QApplication application(argc, argv);
+    HttpServer server;
+    // The configuration is read once, at the first use of the service.
+    qputenv("SUPABASE_URL", server.base().toLatin1());
+    qputenv("SUPABASE_KEY", "public-key");
+    TestEventDetail test(server);
+    const int result = QTest::qExec(&test, argc, argv);
+    server.hangUp();
+    return result;
+}
+#include "test_event_detail.moc"

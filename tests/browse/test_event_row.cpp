@@ -1,0 +1,383 @@
+#include "browse/EventMeta.h"
+#include "browse/EventRow.h"
+#include "browse/FairShare.h"
+#include "browse/TagChips.h"
+#include "browse/TagPalette.h"
+#include "controls/SymbolLabel.h"
+#include "controls/TextLabel.h"
+#include "look/Colors.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QTest>
+
+#include <cstdlib>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+Event sample()
+{
+    Event event;
+    event.id = u"1"_s;
+    event.titre = u"Atelier création"_s;
+    event.starts_at = Instant{1790845920000}; // 2026-10-01T09:12 GMT
+    return event;
+}
+
+const Calendar &paris()
+{
+    static const Calendar calendar(u"fr_FR"_s, u"Europe/Paris"_s);
+    return calendar;
+}
+
+/// The texts that are seen, from top to bottom and left to right.
+QStringList seen(const QWidget &row)
+{
+    QStringList texts;
+    const auto widgets = row.findChildren<QWidget *>();
+    for (const QWidget *widget : widgets) {
+        if (!widget->isVisibleTo(&row))
+            continue;
+        if (const auto *label = qobject_cast<const TextLabel *>(widget))
+            texts.append(label->text());
+        if (const auto *label = qobject_cast<const SymbolLabel *>(widget))
+            texts.append(label->text());
+    }
+    for (QString &text : texts)
+        text.replace(QChar(0x202F), QLatin1Char(' ')).replace(QChar(0xA0), QLatin1Char(' '));
+    return texts;
+}
+
+struct Row {
+    QList<QString> edited, deleted;
+    EventRow widget{[this](const Event &event) { edited.append(event.id); },
+                    [this](const Event &event) { deleted.append(event.id); }};
+
+    explicit Row(const Event &event, bool isOwner = false)
+    {
+        widget.setEvent(event, isOwner, paris());
+        widget.resize(700, 200);
+        widget.show();
+    }
+};
+
+QImage picture(QWidget &widget)
+{
+    return widget.grab().toImage();
+}
+
+} // namespace
+
+class TestEventRow : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+
+    void theDayAsStoredWinsOverTheInstant();
+    void withoutADayTheInstantIsWrittenInTheUsersWords();
+    void anEventWithNeitherShowsNoDate();
+    void emptyTextsTakeNoPlace();
+    void blanksCountAsText();
+    void textsAreShownLetterByLetter();
+    void onlyTheOwnerSeesTheButtons();
+    void theButtonsCallTheirActionAndNothingElse();
+    void aRecycledRowActsOnWhatItShowsNow();
+    void aRowIsAsHighAsItsLines();
+    void theButtonsStandAtTheRightEdgeOfTheText();
+    void aScreenReaderHearsTheWholeRow();
+    void whereThereIsNoRoomThePlaceGivesWayFirst();
+    void aDateTooLongForTheLineSharesIt();
+    void roomIsSharedFairly();
+    void noTagsNoTagLine();
+    void aChipIsDrawnAsDesigned();
+    void theSameTagHasTheSameColourInTwoRows();
+    void chipsThatDoNotFitGiveWayToAnEllipsis();
+    void aChipWiderThanTheRowIsCutWithin();
+    void manyTagsNeverWidenTheRow();
+};
+
+void TestEventRow::initTestCase()
+{
+    QApplication::setPalette(applicationPalette(ColorScheme::Light));
+}
+
+void TestEventRow::theDayAsStoredWinsOverTheInstant()
+{
+    Event event = sample();
+    event.date_texte = u"Samedi 28 novembre"_s;
+    QCOMPARE(seen(Row(event).widget),
+             QStringList({u"Atelier création"_s, u"Samedi 28 novembre"_s}));
+}
+
+void TestEventRow::withoutADayTheInstantIsWrittenInTheUsersWords()
+{
+    Event event = sample();
+    event.date_texte = QString();
+    QCOMPARE(seen(Row(event).widget),
+             QStringList({u"Atelier création"_s, u"1 oct. 2026 à 11:12"_s}));
+}
+
+void TestEventRow::anEventWithNeitherShowsNoDate()
+{
+    Event event = sample();
+    event.starts_at.reset();
+    QCOMPARE(seen(Row(event).widget), QStringList(u"Atelier création"_s));
+}
+
+void TestEventRow::emptyTextsTakeNoPlace()
+{
+    Event event = sample();
+    const int plain = Row(event).widget.heightFor(500);
+    event.description = QString();
+    event.heure_texte = QString();
+    event.lieu = QString();
+    event.tags = QStringList();
+    QCOMPARE(seen(Row(event).widget).size(), 2);
+    QCOMPARE(Row(event).widget.heightFor(500), plain);
+}
+
+void TestEventRow::blanksCountAsText()
+{
+    Event event = sample();
+    event.heure_texte = u" "_s;
+    QCOMPARE(seen(Row(event).widget).size(), 3);
+}
+
+void TestEventRow::textsAreShownLetterByLetter()
+{
+    Event event = sample();
+    event.titre = u"<b>Fête</b> & &amp; bal"_s;
+    event.description = u"<i>a</i>"_s;
+    event.lieu = u"&Salle"_s;
+    event.date_texte = u"<u>demain</u>"_s;
+    QCOMPARE(seen(Row(event).widget),
+             QStringList(
+                 {u"<b>Fête</b> & &amp; bal"_s, u"<i>a</i>"_s, u"<u>demain</u>"_s, u"&Salle"_s}));
+}
+
+void TestEventRow::onlyTheOwnerSeesTheButtons()
+{
+    Row mine(sample(), true);
+    Row other(sample(), false);
+    for (const QWidget *button : mine.widget.buttons())
+        QVERIFY(button->isVisible());
+    for (const QWidget *button : other.widget.buttons())
+        QVERIFY(!button->isVisible());
+}
+
+void TestEventRow::theButtonsCallTheirActionAndNothingElse()
+{
+    Row row(sample(), true);
+    int opened = 0;
+    connect(&row.widget, &EventRow::activated, this, [&] { ++opened; });
+    const auto buttons = row.widget.buttons();
+    QCOMPARE(buttons[0]->accessibleName(), u"Modifier"_s);
+    QCOMPARE(buttons[1]->accessibleName(), u"Supprimer"_s);
+
+    QTest::mouseClick(buttons[0], Qt::LeftButton);
+    QCOMPARE(row.edited, QList<QString>({u"1"_s}));
+    QVERIFY(row.deleted.isEmpty());
+    QTest::mouseClick(buttons[1], Qt::LeftButton);
+    QCOMPARE(row.deleted, QList<QString>({u"1"_s}));
+    QTest::keyClick(buttons[0], Qt::Key_Space);
+    QCOMPARE(row.edited.size(), 2);
+    QCOMPARE(opened, 0);
+}
+
+void TestEventRow::aRecycledRowActsOnWhatItShowsNow()
+{
+    Row row(sample(), true);
+    Event next = sample();
+    next.id = u"2"_s;
+    row.widget.setEvent(next, true, paris());
+    QTest::mouseClick(row.widget.buttons()[1], Qt::LeftButton);
+    QCOMPARE(row.deleted, QList<QString>({u"2"_s}));
+}
+
+void TestEventRow::aRowIsAsHighAsItsLines()
+{
+    Event event = sample();
+    Row row(event);
+    const int title = row.widget.findChild<TextLabel *>()->heightForWidth(500);
+    const int meta = row.widget.findChild<EventMeta *>()->sizeHint().height();
+    const int chips = row.widget.findChild<TagChips *>()->sizeHint().height();
+    QCOMPARE(row.widget.heightFor(500), 6 + title + 6 + meta + 6);
+    event.tags = QStringList(u"Repas"_s);
+    row.widget.setEvent(event, false, paris());
+    QCOMPARE(row.widget.heightFor(500), 6 + title + 6 + meta + 6 + chips + 6);
+    event.description = u"Une ligne"_s;
+    row.widget.setEvent(event, false, paris());
+    const int one = row.widget.heightFor(500);
+    event.description = u"a\nb\nc"_s;
+    row.widget.setEvent(event, false, paris());
+    const int three = row.widget.heightFor(500);
+    QVERIFY(three > one);
+    event.description = u"a\nb\nc\nd\ne"_s;
+    row.widget.setEvent(event, false, paris());
+    QCOMPARE(row.widget.heightFor(500), three);
+}
+
+void TestEventRow::theButtonsStandAtTheRightEdgeOfTheText()
+{
+    Row row(sample(), true);
+    const QRect content = row.widget.contentRect();
+    const QRect bin = row.widget.buttons()[1]->geometry();
+    const QRect pencil = row.widget.buttons()[0]->geometry();
+    QCOMPARE(bin.size(), QSize(24, 24));
+    // The icon of 16 in its target of 24 ends where the text column does.
+    QCOMPARE(bin.right() - 4, content.right());
+    QCOMPARE(pencil.right() + 1, bin.left());
+    QCOMPARE(bin.top(), content.top() + 6);
+}
+
+void TestEventRow::aScreenReaderHearsTheWholeRow()
+{
+    Event event = sample();
+    event.date_texte = u"2026-11-20"_s;
+    event.heure_texte = u"19:00"_s;
+    event.lieu = u"La Grange"_s;
+    event.tags = QStringList({u"Repas"_s, u"Spectacle"_s});
+    const Row row(event);
+    QCOMPARE(row.widget.accessibleName(), u"Atelier création"_s);
+    QCOMPARE(row.widget.accessibleDescription(),
+             u"2026-11-20, 19:00, La Grange, Repas, Spectacle"_s);
+}
+
+void TestEventRow::whereThereIsNoRoomThePlaceGivesWayFirst()
+{
+    Event event = sample();
+    event.date_texte = u"Vendredi 27 novembre 2026"_s;
+    event.heure_texte = u"20:30"_s;
+    event.lieu = u"Grande salle Vaudrelle, derrière l’église, au fond du jardin"_s;
+    EventMeta meta;
+    meta.setEvent(event, paris());
+    meta.resize(meta.sizeHint());
+    meta.show();
+    const auto labels = meta.findChildren<SymbolLabel *>();
+    QVERIFY(!labels[0]->isCut() && !labels[1]->isCut() && !labels[2]->isCut());
+    meta.resize(meta.sizeHint().width() - 100, meta.height());
+    QVERIFY(!labels[0]->isCut() && !labels[1]->isCut() && labels[2]->isCut());
+    QVERIFY(labels[2]->geometry().right() < meta.width());
+}
+
+void TestEventRow::aDateTooLongForTheLineSharesIt()
+{
+    Event event = sample();
+    event.date_texte = QString(200, QLatin1Char('x'));
+    event.heure_texte = QString(200, QLatin1Char('y'));
+    event.lieu = QString(200, QLatin1Char('z'));
+    EventMeta meta;
+    meta.setEvent(event, paris());
+    meta.resize(300, meta.sizeHint().height());
+    meta.show();
+    int right = 0;
+    for (const SymbolLabel *label : meta.findChildren<SymbolLabel *>()) {
+        QVERIFY(label->isCut());
+        QCOMPARE(label->width(), (300 - 24) / 3);
+        right = label->geometry().right();
+    }
+    QVERIFY(right < 300);
+}
+
+void TestEventRow::roomIsSharedFairly()
+{
+    QCOMPARE(fairShare({}, 10), QList<int>());
+    QCOMPARE(fairShare({5, 6}, 20), QList<int>({5, 6}));
+    QCOMPARE(fairShare({100, 2, 100}, 32), QList<int>({15, 2, 15}));
+    QCOMPARE(fairShare({7, 8}, -3), QList<int>({0, 0}));
+}
+
+void TestEventRow::noTagsNoTagLine()
+{
+    Event event = sample();
+    const Row absent(event);
+    QVERIFY(!absent.widget.findChild<TagChips *>()->isVisible());
+    event.tags = QStringList();
+    const Row empty(event);
+    QVERIFY(!empty.widget.findChild<TagChips *>()->isVisible());
+}
+
+void TestEventRow::aChipIsDrawnAsDesigned()
+{
+    const QString tag = u"Repas"_s;
+    TagChips chips;
+    chips.setTags({tag});
+    chips.resize(300, chips.sizeHint().height());
+    const QImage image = picture(chips);
+
+    // On its white plate, 68 % of the tag's colour.
+    const QColor &color = TagPalette::color(tag, TagPalette::processSeed());
+    const auto mixed = [](int part) { return qRound(255 - (255 - part) * 0.68); };
+    const QColor fill = image.pixelColor(3, image.height() / 2);
+    QVERIFY(std::abs(fill.red() - mixed(color.red())) <= 1);
+    QVERIFY(std::abs(fill.green() - mixed(color.green())) <= 1);
+    QVERIFY(std::abs(fill.blue() - mixed(color.blue())) <= 1);
+
+    // Rounded at its corners, and 6 wider than its text on either side.
+    const QColor around = applicationPalette(ColorScheme::Light).color(QPalette::Window);
+    QCOMPARE(image.pixelColor(0, 0), around);
+    const int chipWidth = QFontMetrics(chips.font()).horizontalAdvance(tag) + 12;
+    QCOMPARE(image.pixelColor(chipWidth - 2, image.height() / 2), fill);
+    QCOMPARE(image.pixelColor(chipWidth + 1, image.height() / 2), around);
+    QVERIFY(chips.height() >= QFontMetrics(chips.font()).height() + 4);
+}
+
+void TestEventRow::theSameTagHasTheSameColourInTwoRows()
+{
+    TagChips first, second;
+    first.setTags({u"Sport"_s});
+    second.setTags({u"Repas"_s, u"Sport"_s});
+    for (TagChips *chips : {&first, &second})
+        chips->resize(300, chips->sizeHint().height());
+    const int x = QFontMetrics(second.font()).horizontalAdvance(u"Repas"_s) + 12 + 6;
+    QCOMPARE(picture(second).pixelColor(x + 3, 9), picture(first).pixelColor(3, 9));
+}
+
+void TestEventRow::chipsThatDoNotFitGiveWayToAnEllipsis()
+{
+    TagChips chips;
+    chips.setTags({u"Vie du village"_s, u"Spectacle"_s, u"Jeune public"_s});
+    chips.resize(1000, chips.sizeHint().height());
+    chips.show();
+    QVERIFY(chips.toolTip().isEmpty());
+    QCOMPARE(chips.accessibleName(), u"Vie du village, Spectacle, Jeune public"_s);
+    const QFontMetrics metrics(chips.font());
+    const int first = metrics.horizontalAdvance(u"Vie du village"_s) + 12;
+    chips.resize(first + 6 + metrics.horizontalAdvance(QChar(0x2026)), chips.height());
+    QVERIFY(chips.toolTip().contains(u"Jeune public"_s));
+    // The first is whole, and what follows is no part of the second.
+    const QImage image = picture(chips);
+    const QColor around = applicationPalette(ColorScheme::Light).color(QPalette::Window);
+    QVERIFY(image.pixelColor(first - 2, 9) != around);
+    QCOMPARE(image.pixelColor(first + 8, 2), around);
+}
+
+void TestEventRow::aChipWiderThanTheRowIsCutWithin()
+{
+    TagChips chips;
+    chips.setTags({QString(5000, QLatin1Char('w'))});
+    chips.resize(120, chips.sizeHint().height());
+    QVERIFY(!chips.toolTip().isEmpty());
+    const QImage image = picture(chips);
+    const QColor around = applicationPalette(ColorScheme::Light).color(QPalette::Window);
+    QVERIFY(image.pixelColor(100, 2) != around);
+    QCOMPARE(image.pixelColor(119, 0), around); // its rounded right end is in the row
+}
+
+void TestEventRow::manyTagsNeverWidenTheRow()
+{
+    QStringList tags;
+    for (int i = 0; i < 10'000; ++i)
+        tags.append(u"tag %1"_s.arg(i));
+    Event event = sample();
+    event.tags = tags;
+    Row row(event);
+    QCOMPARE(row.widget.findChild<TagChips *>()->minimumSizeHint().width(), 0);
+    QCOMPARE(row.widget.findChild<TagChips *>()->width(), row.widget.contentRect().width());
+}
+
+QTEST_MAIN(TestEventRow)
+#include "test_event_row.moc"

@@ -1,6 +1,0 @@
-amorvelle_add_test(test_controls_looks LINKS controls)
-amorvelle_add_test(test_controls_text LINKS controls)
-amorvelle_add_test(test_controls_keys LINKS controls)
-amorvelle_add_test(test_text_field LINKS controls)
-amorvelle_add_test(test_button_styles LINKS buttonstyles)
-amorvelle_add_test(test_sheet LINKS buttonstyles)

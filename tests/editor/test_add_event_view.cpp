@@ -1,0 +1,526 @@
+// The event form as a person uses it, up to pressing save.
+
+#include "controls/DateField.h"
+#include "controls/FieldFrame.h"
+#include "controls/TextEditor.h"
+#include "controls/TimeField.h"
+#include "look/Accessibility.h"
+#include "look/Colors.h"
+#include "look/Fonts.h"
+#include "support/FormTest.h"
+
+#include <QApplication>
+#include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QTemporaryDir>
+
+using namespace Qt::StringLiterals;
+using namespace FormTest;
+
+namespace {
+
+QRect onCard(const Form &form, const QWidget *widget)
+{
+    return QRect(widget->mapTo(form.view, QPoint()), widget->size())
+        .translated(-form.view->card().topLeft());
+}
+
+QScrollBar *scrollBar(const Form &form)
+{
+    return form.view->findChild<QScrollArea *>()->verticalScrollBar();
+}
+
+} // namespace
+
+class TestAddEventView : public QObject {
+    Q_OBJECT
+
+    HttpServer &m_server;
+
+public:
+    explicit TestAddEventView(HttpServer &server)
+        : m_server(server)
+    {
+    }
+
+private Q_SLOTS:
+    void init() { signIn(m_server); }
+
+    void aNewEventOpensWithTheSamples();
+    void anEventOpensWithWhatItHolds();
+    void withoutAnAccountTheContactIsEmpty();
+    void headingAndButtonSayWhatTheFormIsFor();
+    void theTitleHasTheFocus();
+    void tabGoesThroughTheFieldsAsTheEyeDoes();
+    void everyCaptionStandsAboveOrBeforeItsField();
+    void theSheetIsAsHighAsItsParts();
+    void anEventOfAnotherOrganiserOpensWithItsName();
+    void choosingOtherAsksForTheNameAndKeepsIt();
+    void aBlankTitleCannotBeSaved_data();
+    void aBlankTitleCannotBeSaved();
+    void returnInAFieldOfOneLineDoesNothing();
+    void annulerClosesAndSendsNothing();
+    void spacePressesTheFocusedButton();
+    void escapeClosesAnUntouchedForm();
+    void escapeLeavesAChangedFormOpen_data();
+    void escapeLeavesAChangedFormOpen();
+    void escapeClosesAFormWhoseChangesWereTakenBack();
+    void escapeClosesAMenuBeforeTheForm();
+    void escapeClosesTheCalendarBeforeTheForm();
+    void escapeGivesUpACompositionBeforeTheForm();
+    void onAShortScreenTheFieldsScrollUnderHeadingAndButtons();
+    void theFocusedFieldScrollsIntoSight();
+    void theWheelOverAPickerScrollsTheForm();
+    void theDayIsWrittenAsTheUserWritesDays();
+    void aDayOfLongAgoIsNotTouched();
+    void enormousTextsOpenInASheetOfTheUsualSize();
+    void textsAreShownAsTheyAre();
+};
+
+void TestAddEventView::aNewEventOpensWithTheSamples()
+{
+    const QDateTime before = QDateTime::currentDateTime();
+    const Form form;
+    QCOMPARE(form.field(u"Titre"_s)->text(), u"Atelier création"_s);
+    QCOMPARE(form.named<TextEditor>(u"Description"_s)->wholeText(),
+             u"Pour les enfants de 4 à 11 ans."_s);
+    QCOMPARE(form.named<PopupLabel>(u"Tags"_s)->label(), u"Atelier, Jeune public"_s);
+    QCOMPARE(form.field(u"Lieu"_s)->text(), u"Salle Vaudrelle"_s);
+    QCOMPARE(form.field(u"Lien"_s)->text(), QString());
+    QCOMPARE(form.named<PopupLabel>(u"Organisé par"_s)->label(), u"Association Culturelle"_s);
+    QVERIFY(!form.field(u"Préciser"_s));
+    QCOMPARE(form.field(u"Email de contact"_s)->text(), u"camille@exemple.fr"_s);
+    const auto *date = form.named<DateField>(u"Date"_s);
+    QVERIFY(date->date() >= before.date());
+    QVERIFY(date->date() <= QDate::currentDate());
+    QCOMPARE(form.field(u"Lien"_s)->placeholderText(), u"Ex: https://www.exemple.fr"_s);
+}
+
+void TestAddEventView::anEventOpensWithWhatItHolds()
+{
+    const Form form(fullEvent());
+    QCOMPARE(form.field(u"Titre"_s)->text(), u"Bal"_s);
+    QCOMPARE(form.named<TextEditor>(u"Description"_s)->wholeText(), u"Deux orchestres"_s);
+    QCOMPARE(form.named<PopupLabel>(u"Tags"_s)->label(), u"Danse, Sport"_s);
+    QCOMPARE(form.field(u"Lieu"_s)->text(), u"Place"_s);
+    QCOMPARE(form.field(u"Lien"_s)->text(), u"https://a.fr"_s);
+    QCOMPARE(form.named<PopupLabel>(u"Organisé par"_s)->label(), u"La Grange"_s);
+    QCOMPARE(form.field(u"Email de contact"_s)->text(), u"a@b.fr"_s);
+    QCOMPARE(form.named<DateField>(u"Date"_s)->text(), u"14/06/2026"_s);
+    QCOMPARE(form.named<TimeField>(u"Heure"_s)->text(), u"18:30"_s);
+}
+
+void TestAddEventView::withoutAnAccountTheContactIsEmpty()
+{
+    SupabaseClient::signOut();
+    const Form form;
+    QCOMPARE(form.field(u"Email de contact"_s)->text(), QString());
+}
+
+void TestAddEventView::headingAndButtonSayWhatTheFormIsFor()
+{
+    const auto heading = [](const Form &form) {
+        QStringList headings;
+        const auto widgets = form.view->findChildren<QWidget *>();
+        for (auto *widget : widgets) {
+            const auto *reader = QAccessible::queryAccessibleInterface(widget);
+            if (reader && reader->role() == QAccessible::Heading)
+                headings.append(reader->text(QAccessible::Name));
+        }
+        return headings;
+    };
+    const Form add;
+    QCOMPARE(heading(add), QStringList{u"Ajouter un événement"_s});
+    QCOMPARE(add.view->accessibleName(), u"Ajouter un événement"_s);
+    QVERIFY(add.button(u"Créer"_s));
+    QVERIFY(!add.button(u"Enregistrer"_s));
+    const Form edit(fullEvent());
+    QCOMPARE(heading(edit), QStringList{u"Modifier l'événement"_s});
+    QVERIFY(edit.button(u"Enregistrer"_s));
+    QVERIFY(!edit.button(u"Créer"_s));
+}
+
+void TestAddEventView::theTitleHasTheFocus()
+{
+    const Form form;
+    QTRY_VERIFY(form.field(u"Titre"_s)->hasFocus());
+    type(form.field(u"Titre"_s), u" !"_s);
+    QCOMPARE(form.field(u"Titre"_s)->text(), u"Atelier création !"_s);
+}
+
+void TestAddEventView::tabGoesThroughTheFieldsAsTheEyeDoes()
+{
+    const Form form;
+    form.choose(u"Organisé par"_s, u"Autre"_s);
+    form.field(u"Titre"_s)->setFocus(Qt::TabFocusReason);
+    QStringList names;
+    for (int i = 0; i < 20; ++i) {
+        const QString name = QApplication::focusWidget()->accessibleName();
+        if (names.isEmpty() || names.last() != name)
+            names.append(name);
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    }
+    QCOMPARE(names.first(13),
+             (QStringList{u"Titre"_s, u"Description"_s, u"Tags"_s, u"Lieu"_s, u"Lien"_s,
+                          u"Organisé par"_s, u"Préciser"_s, u"Email de contact"_s, u"Date"_s,
+                          u"Heure"_s, u"Annuler"_s, u"Créer"_s, u"Titre"_s}));
+}
+
+void TestAddEventView::everyCaptionStandsAboveOrBeforeItsField()
+{
+    const Form form;
+    form.choose(u"Organisé par"_s, u"Autre"_s);
+    for (const QString &name :
+         {u"Titre"_s, u"Description"_s, u"Tags"_s, u"Lieu"_s, u"Lien"_s, u"Organisé par"_s,
+          u"Préciser"_s, u"Email de contact"_s, u"Date"_s, u"Heure"_s}) {
+        const QWidget *caption = nullptr;
+        const auto widgets = form.view->findChildren<QWidget *>();
+        for (const QWidget *widget : widgets) {
+            if (widget->isVisible() && widget->accessibleName() == name
+                && widget->focusPolicy() == Qt::NoFocus && widget->height() < 20)
+                caption = widget;
+        }
+        QVERIFY2(caption, qPrintable(name));
+        const QRect from = onCard(form, caption);
+        const QRect to = onCard(form, form.named(name));
+        if (name == u"Préciser" || name == u"Date" || name == u"Heure") {
+            QCOMPARE(to.left(), from.right() + 1 + 8);
+        } else {
+            QCOMPARE(to.left(), from.left());
+            QCOMPARE(to.top(), from.bottom() + 1 + 6);
+        }
+    }
+}
+
+void TestAddEventView::theSheetIsAsHighAsItsParts()
+{
+    const Form form;
+    const int captions = 7 * std::max(scaled(15), QFontMetrics(appFont(12)).height());
+    const int fields = 7 * fieldHeight() + form.named(u"Description"_s)->height();
+    const int before = form.view->card().height();
+    QCOMPARE(form.view->card().width(), 460);
+    QCOMPARE(before,
+             20 + lineHeight(appFont(20, QFont::DemiBold)) + 9 + captions + 7 * 6 + fields + 7 * 10
+                 + 12 + form.save()->height() + 20);
+    form.choose(u"Organisé par"_s, u"Autre"_s);
+    QTRY_COMPARE(form.view->card().height(), before + 6 + fieldHeight());
+    m_server.answer(HttpAnswer::whole(500, "non"));
+    form.pressSave();
+    QTRY_COMPARE(form.view->card().height(),
+                 before + 6 + fieldHeight() + lineHeight(appFont(13)) + 10);
+    QCOMPARE(scrollBar(form)->maximum(), 0);
+}
+
+void TestAddEventView::anEventOfAnotherOrganiserOpensWithItsName()
+{
+    Event event = fullEvent();
+    event.organise_par = u"Club de marche"_s;
+    const Form form(event);
+    QCOMPARE(form.named<PopupLabel>(u"Organisé par"_s)->label(), u"Autre"_s);
+    QCOMPARE(form.field(u"Préciser"_s)->text(), u"Club de marche"_s);
+}
+
+void TestAddEventView::choosingOtherAsksForTheNameAndKeepsIt()
+{
+    const Form form;
+    form.choose(u"Organisé par"_s, u"Autre"_s);
+    QVERIFY(form.field(u"Préciser"_s));
+    QCOMPARE(form.field(u"Préciser"_s)->placeholderText(), u"Nom de l'organisateur"_s);
+    type(form.field(u"Préciser"_s), u"Club"_s);
+    form.choose(u"Organisé par"_s, u"Causarium"_s);
+    QVERIFY(!form.field(u"Préciser"_s));
+    form.choose(u"Organisé par"_s, u"Autre"_s);
+    QCOMPARE(form.field(u"Préciser"_s)->text(), u"Club"_s);
+}
+
+void TestAddEventView::aBlankTitleCannotBeSaved_data()
+{
+    QTest::addColumn<QString>("title");
+    QTest::newRow("nothing") << QString();
+    QTest::newRow("spaces") << u"   "_s;
+    QTest::newRow("a no-break space") << u"\u00a0"_s;
+}
+
+void TestAddEventView::aBlankTitleCannotBeSaved()
+{
+    QFETCH(QString, title);
+    const Form form;
+    QVERIFY(form.save()->isEnabled());
+    form.retype(u"Titre"_s, title);
+    QVERIFY(!form.save()->isEnabled());
+    const auto before = m_server.requests().size();
+    form.pressSave();
+    QVERIFY(form.isOpen());
+    type(form.field(u"Titre"_s), u"a"_s);
+    QVERIFY(form.save()->isEnabled());
+    QCOMPARE(m_server.requests().size(), before);
+}
+
+void TestAddEventView::returnInAFieldOfOneLineDoesNothing()
+{
+    const auto before = m_server.requests().size();
+    const Form form;
+    form.choose(u"Organisé par"_s, u"Autre"_s);
+    for (const QString &name : {u"Titre"_s, u"Lieu"_s, u"Lien"_s, u"Préciser"_s,
+                                u"Email de contact"_s, u"Date"_s, u"Heure"_s}) {
+        QWidget *field = form.named(name);
+        field->setFocus(Qt::TabFocusReason);
+        QTest::keyClick(field, Qt::Key_Return);
+        QTest::keyClick(field, Qt::Key_Enter);
+        QVERIFY(field->hasFocus());
+        QVERIFY(form.isOpen());
+        QVERIFY(form.save()->isEnabled());
+    }
+    QCOMPARE(m_server.requests().size(), before);
+}
+
+void TestAddEventView::annulerClosesAndSendsNothing()
+{
+    const auto before = m_server.requests().size();
+    const Form form;
+    form.retype(u"Titre"_s, u"Fête"_s);
+    form.press(u"Annuler"_s);
+    QVERIFY(!form.isOpen());
+    QCOMPARE(form.created, 0);
+    QCOMPARE(m_server.requests().size(), before);
+    const Form other;
+    QVERIFY(onCard(other, other.button(u"Annuler"_s)).right() < onCard(other, other.save()).left());
+}
+
+void TestAddEventView::spacePressesTheFocusedButton()
+{
+    const Form form;
+    form.retype(u"Titre"_s, u"Fête"_s);
+    form.button(u"Annuler"_s)->setFocus(Qt::TabFocusReason);
+    QTest::keyClick(form.button(u"Annuler"_s), Qt::Key_Space);
+    QVERIFY(!form.isOpen());
+}
+
+void TestAddEventView::escapeClosesAnUntouchedForm()
+{
+    const Form form(fullEvent());
+    form.named(u"Description"_s)->setFocus(Qt::TabFocusReason);
+    QTest::keyClick(form.named(u"Date"_s), Qt::Key_Right);
+    QTest::keyClick(form.named(u"Description"_s), Qt::Key_Escape);
+    QVERIFY(!form.isOpen());
+}
+
+void TestAddEventView::escapeLeavesAChangedFormOpen_data()
+{
+    using Change = std::function<void(const Form &)>;
+    QTest::addColumn<Change>("change");
+    QTest::newRow("title") << Change(
+        [](const Form &form) { type(form.field(u"Titre"_s), u"x"_s); });
+    QTest::newRow("description") << Change(
+        [](const Form &form) { type(form.named(u"Description"_s), u"x"_s); });
+    QTest::newRow("tags") << Change([](const Form &form) { form.choose(u"Tags"_s, u"Repas"_s); });
+    QTest::newRow("place") << Change([](const Form &form) { type(form.field(u"Lieu"_s), u"x"_s); });
+    QTest::newRow("link") << Change([](const Form &form) { type(form.field(u"Lien"_s), u"x"_s); });
+    QTest::newRow("organiser") << Change(
+        [](const Form &form) { form.choose(u"Organisé par"_s, u"Causarium"_s); });
+    QTest::newRow("contact") << Change(
+        [](const Form &form) { type(form.field(u"Email de contact"_s), u"x"_s); });
+    QTest::newRow("day") << Change(
+        [](const Form &form) { QTest::keyClick(form.named(u"Date"_s), Qt::Key_Up); });
+    QTest::newRow("time") << Change(
+        [](const Form &form) { QTest::keyClick(form.named(u"Heure"_s), Qt::Key_Up); });
+}
+
+void TestAddEventView::escapeLeavesAChangedFormOpen()
+{
+    QFETCH(std::function<void(const Form &)>, change);
+    const Form form(fullEvent());
+    change(form);
+    for (const QString &name : {u"Titre"_s, u"Description"_s, u"Tags"_s, u"Date"_s, u"Annuler"_s})
+        QTest::keyClick(form.named(name), Qt::Key_Escape);
+    QVERIFY(form.isOpen());
+}
+
+void TestAddEventView::escapeClosesAFormWhoseChangesWereTakenBack()
+{
+    const Form form(fullEvent());
+    type(form.field(u"Titre"_s), u"x"_s);
+    QTest::keyClick(form.field(u"Titre"_s), Qt::Key_Backspace);
+    form.choose(u"Tags"_s, u"Sport"_s);
+    form.choose(u"Tags"_s, u"Sport"_s);
+    for (const QString &name : {u"Date"_s, u"Heure"_s}) {
+        QTest::keyClick(form.named(name), Qt::Key_Up);
+        QTest::keyClick(form.named(name), Qt::Key_Down);
+    }
+    QTest::keyClick(form.field(u"Titre"_s), Qt::Key_Escape);
+    QVERIFY(!form.isOpen());
+}
+
+void TestAddEventView::escapeClosesAMenuBeforeTheForm()
+{
+    const Form form;
+    auto *tags = form.named<PopupLabel>(u"Tags"_s);
+    tags->setFocus(Qt::TabFocusReason);
+    QTest::keyClick(tags, Qt::Key_Space);
+    QTest::keyClick(tags->menu(), Qt::Key_Escape);
+    QVERIFY(!tags->menu()->isVisible());
+    QVERIFY(form.isOpen());
+    QTest::keyClick(tags, Qt::Key_Escape);
+    QVERIFY(!form.isOpen());
+}
+
+void TestAddEventView::escapeClosesTheCalendarBeforeTheForm()
+{
+    const Form form;
+    auto *date = form.named<DateField>(u"Date"_s);
+    date->setFocus(Qt::TabFocusReason);
+    QTest::keyClick(date, Qt::Key_F4);
+    QWidget *calendar = QApplication::activePopupWidget();
+    QVERIFY(calendar);
+    QTest::keyClick(calendar->focusWidget(), Qt::Key_Escape);
+    QVERIFY(!calendar->isVisible());
+    QVERIFY(form.isOpen());
+    QTest::keyClick(date, Qt::Key_Escape);
+    QVERIFY(!form.isOpen());
+}
+
+void TestAddEventView::escapeGivesUpACompositionBeforeTheForm()
+{
+    const Form form;
+    for (const QString &name : {u"Titre"_s, u"Description"_s, u"Lieu"_s}) {
+        QWidget *field = form.named(name);
+        field->setFocus(Qt::MouseFocusReason); // selects nothing that it would replace
+        QInputMethodEvent composing(u"^"_s, {});
+        QApplication::sendEvent(field, &composing);
+        QTest::keyClick(field, Qt::Key_Escape);
+        QVERIFY(form.isOpen());
+    }
+    QCOMPARE(form.field(u"Titre"_s)->text(), u"Atelier création"_s);
+    QTest::keyClick(form.field(u"Titre"_s), Qt::Key_Escape);
+    QVERIFY(!form.isOpen());
+}
+
+void TestAddEventView::onAShortScreenTheFieldsScrollUnderHeadingAndButtons()
+{
+    const Form form;
+    const QRect screen = form.window->screen()->availableGeometry();
+    form.window->move(20, screen.bottom() - 400);
+    m_server.answer(HttpAnswer::whole(500, "non"));
+    form.pressSave();
+    QTRY_VERIFY(form.save()->isEnabled());
+    QTRY_VERIFY(scrollBar(form)->maximum() > 100);
+    const QRect card = form.view->card().translated(form.view->pos());
+    QCOMPARE(card.bottom() + 1, screen.bottom() + 1 - 16);
+    const auto places = [&form] {
+        return QList{onCard(form, form.save()), onCard(form, form.button(u"Annuler"_s)),
+                     onCard(form, form.named(u"HTTP 500: non"_s))};
+    };
+    const auto before = places();
+    scrollBar(form)->setValue(scrollBar(form)->maximum());
+    QCOMPARE(places(), before);
+    QCOMPARE(before.first().bottom() + 1, form.view->card().height() - 20);
+}
+
+void TestAddEventView::theFocusedFieldScrollsIntoSight()
+{
+    const Form form;
+    form.window->move(20, form.window->screen()->availableGeometry().bottom() - 300);
+    QTRY_VERIFY(scrollBar(form)->maximum() > 100);
+    form.field(u"Titre"_s)->setFocus(Qt::TabFocusReason);
+    const QWidget *viewport = form.view->findChild<QScrollArea *>()->viewport();
+    for (int i = 0; i < 12; ++i) {
+        QWidget *field = QApplication::focusWidget();
+        if (viewport->isAncestorOf(field)) {
+            const QRect shown(field->mapTo(viewport, QPoint()), field->size());
+            QVERIFY2(viewport->rect().contains(shown), qPrintable(field->accessibleName()));
+        }
+        QTest::keyClick(field, Qt::Key_Tab);
+    }
+    QVERIFY(scrollBar(form)->value() > 0);
+}
+
+void TestAddEventView::theWheelOverAPickerScrollsTheForm()
+{
+    const Form form(fullEvent());
+    form.window->move(20, form.window->screen()->availableGeometry().bottom() - 300);
+    QTRY_VERIFY(scrollBar(form)->maximum() > 100);
+    scrollBar(form)->setValue(scrollBar(form)->maximum() - 60);
+    for (const QString &name : {u"Organisé par"_s, u"Date"_s, u"Heure"_s}) {
+        const int before = scrollBar(form)->value();
+        scrollBar(form)->setValue(before - 5);
+        turnWheel(form.named(name));
+        QVERIFY2(scrollBar(form)->value() > before - 5, qPrintable(name));
+    }
+    QCOMPARE(form.named<DateField>(u"Date"_s)->text(), u"14/06/2026"_s);
+    QCOMPARE(form.named<TimeField>(u"Heure"_s)->text(), u"18:30"_s);
+    QCOMPARE(form.named<PopupLabel>(u"Organisé par"_s)->label(), u"La Grange"_s);
+}
+
+void TestAddEventView::theDayIsWrittenAsTheUserWritesDays()
+{
+    const QByteArray all = qgetenv("LC_ALL");
+    qunsetenv("LC_ALL");
+    qputenv("LC_TIME", "fa_IR.UTF-8");
+    const Form form(fullEvent());
+    qputenv("LC_ALL", all);
+    qunsetenv("LC_TIME");
+    QCOMPARE(form.named<DateField>(u"Date"_s)->text(), u"۲۰۲۶/۰۶/۱۴"_s);
+    QCOMPARE(form.named<TimeField>(u"Heure"_s)->text(), u"۱۸:۳۰"_s);
+}
+
+void TestAddEventView::aDayOfLongAgoIsNotTouched()
+{
+    Event event = fullEvent();
+    event.starts_at =
+        Instant{QDateTime(QDate(1700, 2, 28), QTime(12, 0), Qt::UTC).toMSecsSinceEpoch()};
+    const Form form(event);
+    QCOMPARE(form.named<DateField>(u"Date"_s)->text(), u"28/02/1700"_s);
+    QTest::keyClick(form.field(u"Titre"_s), Qt::Key_Escape);
+    QVERIFY(!form.isOpen());
+}
+
+void TestAddEventView::enormousTextsOpenInASheetOfTheUsualSize()
+{
+    const Form usual;
+    Event event = fullEvent();
+    const QString text(1'000'000, u'x');
+    event.titre = text;
+    event.description = text;
+    event.tags = QStringList{text};
+    event.lieu = text;
+    event.link = text;
+    event.contact_email = text;
+    const Form form(event);
+    QCOMPARE(form.view->card().size(), usual.view->card().size());
+    QCOMPARE(scrollBar(form)->maximum(), 0);
+    QCOMPARE(form.named(u"Tags"_s)->width(), 420);
+}
+
+void TestAddEventView::textsAreShownAsTheyAre()
+{
+    Event event = fullEvent();
+    event.titre = u"<b>Bal</b> & cie"_s;
+    event.description = u"<i>x</i> &amp;"_s;
+    event.tags = QStringList{u"<u>A</u> & B"_s};
+    event.organise_par = u"<b>Club</b>"_s;
+    const Form form(event);
+    QCOMPARE(form.field(u"Titre"_s)->text(), event.titre);
+    QCOMPARE(form.named<TextEditor>(u"Description"_s)->document()->toPlainText(),
+             *event.description);
+    QCOMPARE(form.named<PopupLabel>(u"Tags"_s)->label(), u"<u>A</u> & B"_s);
+    QCOMPARE(form.field(u"Préciser"_s)->text(), u"<b>Club</b>"_s);
+}
+
+int main(int argc, char **argv)
+{
+    const QApplication application(argc, argv);
+    installAccessibility();
+    const QTemporaryDir folder;
+    HttpServer server;
+    // The configuration is read once, at the first use of the service.
+    qputenv("XDG_CONFIG_HOME", QFile::encodeName(folder.path()));
+    qputenv("SUPABASE_URL", server.base().toUtf8());
+    qputenv("SUPABASE_KEY", "clef");
+    TestAddEventView test(server);
+    const int result = QTest::qExec(&test, argc, argv);
+    server.hangUp();
+    return result;
+}
+
+#include "test_add_event_view.moc"

@@ -1,8 +1,0 @@
-amorvelle_add_test(test_instants LINKS model amorvelle_test_vectors LABELS vectors)
-amorvelle_add_test(test_event LINKS model)
-amorvelle_add_test(test_event_payload LINKS model credentials amorvelle_test_vectors LABELS vectors)
-amorvelle_add_test(test_decode_events LINKS model amorvelle_test_vectors LABELS vectors)
-
-amorvelle_add_test(test_user_defaults LINKS platform)
-amorvelle_add_test(test_auth_records LINKS credentials amorvelle_test_vectors LABELS vectors)
-amorvelle_add_test(test_credentials_store LINKS credentials)

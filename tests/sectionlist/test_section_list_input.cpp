@@ -1,0 +1,372 @@
+#include "support/SectionListFixture.h"
+
+using namespace Qt::StringLiterals;
+
+class TestSectionListInput : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void aClickOpensTheRow();
+    void onlyTheLeftButtonOpens();
+    void aClickOnAButtonDoesNotOpenTheRow();
+    void aPressReleasedElsewhereOpensNothing();
+    void enterReturnAndSpaceOpenTheRow();
+    void tabStopsAtTheCurrentRowAndItsButtonsOnly();
+    void arrowsWalkTheRowsAndKeepThemInView();
+    void pageKeysMoveByAPageWithoutSkippingRows();
+    void homeAndEndReachTheFirstAndLastRow();
+    void arrowsOnAButtonMoveTheRow();
+    void theRingShowsForTheKeyboardOnly();
+    void aFocusedRowScrolledAwayKeepsTheFocusAndComesBack();
+    void theFocusComesBackAfterASheet();
+    void aHiddenButtonLeavesTheFocusToItsRow();
+    void hoverFollowsThePointerAndTheScrolledRows();
+    void recycledRowsShowNoStaleState();
+};
+
+void TestSectionListInput::aClickOpensTheRow()
+{
+    ListWindow window;
+    window.setRows(50);
+    window.click(1);
+    QCOMPARE(window.activated, QStringList{u"1"_s});
+    window.wheel({0, -600});
+    window.click(5);
+    QCOMPARE(window.activated.last(), u"5"_s);
+    QCOMPARE(window.activated.size(), 2);
+}
+
+void TestSectionListInput::onlyTheLeftButtonOpens()
+{
+    ListWindow window;
+    window.setRows(50);
+    window.click(1, {60, 40}, Qt::RightButton);
+    window.click(1, {60, 40}, Qt::MiddleButton);
+    QVERIFY(window.activated.isEmpty());
+    QVERIFY(!window.row(1)->isPressed());
+}
+
+void TestSectionListInput::aClickOnAButtonDoesNotOpenTheRow()
+{
+    ListWindow window;
+    window.setRows(50);
+    int pressed = 0;
+    connect(window.row(2)->button(), &QPushButton::clicked, this, [&pressed] { ++pressed; });
+    const QPoint onButton = window.row(2)->button()->geometry().center();
+    window.click(2, onButton);
+    QCOMPARE(pressed, 1);
+    QVERIFY(window.activated.isEmpty());
+    // Pressed on the row and released on its button: neither.
+    QTest::mousePress(window.windowHandle(), Qt::LeftButton, {}, window.inWindow(2, {60, 40}));
+    QTest::mouseRelease(window.windowHandle(), Qt::LeftButton, {}, window.inWindow(2, onButton));
+    QVERIFY(window.activated.isEmpty());
+    QCOMPARE(pressed, 1);
+}
+
+void TestSectionListInput::aPressReleasedElsewhereOpensNothing()
+{
+    ListWindow window;
+    window.setRows(50);
+    QTest::mousePress(window.windowHandle(), Qt::LeftButton, {}, window.inWindow(1, {60, 40}));
+    QVERIFY(window.row(1)->isPressed());
+    QTest::mouseMove(window.windowHandle(), window.inWindow(2, {60, 40}));
+    QVERIFY(!window.row(1)->isPressed());
+    QTest::mouseRelease(window.windowHandle(), Qt::LeftButton, {}, window.inWindow(2, {60, 40}));
+    QVERIFY(window.activated.isEmpty());
+
+    // Under the heading stuck to the top nothing of the row is seen.
+    window.wheel({}, {0, -80});
+    const QPoint row = window.inWindow(0, {60, window.row(0)->height() - 5});
+    QVERIFY(row.y() < window.list->y() + 30);
+    QTest::mousePress(window.windowHandle(), Qt::LeftButton, {}, window.inWindow(1, {60, 40}));
+    QTest::mouseRelease(window.windowHandle(), Qt::LeftButton, {}, row);
+    QVERIFY(window.activated.isEmpty());
+
+    // A row scrolled away while it is held forgets the press.
+    QTest::mousePress(window.windowHandle(), Qt::LeftButton, {}, window.inWindow(2, {60, 40}));
+    window.wheel({0, -2400});
+    QTest::mouseRelease(window.windowHandle(), Qt::LeftButton, {},
+                        window.list->pos() + QPoint(60, 200));
+    QVERIFY(window.activated.isEmpty());
+}
+
+void TestSectionListInput::enterReturnAndSpaceOpenTheRow()
+{
+    ListWindow window;
+    window.setRows(50);
+    window.key(Qt::Key_Tab);
+    window.key(Qt::Key_Down);
+    window.key(Qt::Key_Return);
+    window.key(Qt::Key_Enter, Qt::KeypadModifier);
+    window.key(Qt::Key_Space);
+    window.key(Qt::Key_Return, Qt::ControlModifier);
+    QCOMPARE(window.activated, QStringList(3, u"1"_s));
+}
+
+void TestSectionListInput::tabStopsAtTheCurrentRowAndItsButtonsOnly()
+{
+    ListWindow window;
+    window.setRows(100000);
+    window.key(Qt::Key_Tab);
+    QCOMPARE(QApplication::focusWidget(), window.row(0));
+    window.key(Qt::Key_Tab);
+    QCOMPARE(QApplication::focusWidget(), window.row(0)->button());
+    window.key(Qt::Key_Tab);
+    QCOMPARE(QApplication::focusWidget(), window.after);
+    window.key(Qt::Key_Backtab);
+    QCOMPARE(QApplication::focusWidget(), window.row(0)->button());
+    window.key(Qt::Key_Backtab);
+    QCOMPARE(QApplication::focusWidget(), window.row(0));
+    window.key(Qt::Key_Backtab);
+    QCOMPARE(QApplication::focusWidget(), window.before);
+    window.key(Qt::Key_Tab);
+    for (int row = 0; row < 30; ++row)
+        window.key(Qt::Key_Down);
+    window.key(Qt::Key_Backtab);
+    QCOMPARE(QApplication::focusWidget(), window.before);
+    window.key(Qt::Key_Tab); // to the row it left
+    QCOMPARE(QApplication::focusWidget(), window.row(30));
+}
+
+void TestSectionListInput::arrowsWalkTheRowsAndKeepThemInView()
+{
+    ListWindow window;
+    window.setRows(200, 6);
+    window.key(Qt::Key_Tab);
+    const auto isInView = [&window](int row) {
+        const int top = window.topOf(row);
+        return top >= (row % 6 == 0 ? 0 : 30)
+            && top + window.row(row)->height() <= window.list->height();
+    };
+    for (int row = 1; row < 60; ++row) {
+        window.key(Qt::Key_Down);
+        QCOMPARE(QApplication::focusWidget(), window.row(row));
+        QVERIFY2(isInView(row), qPrintable(QString::number(row)));
+    }
+    for (int row = 58; row >= 0; --row) {
+        window.key(Qt::Key_Up);
+        QCOMPARE(QApplication::focusWidget(), window.row(row));
+        QVERIFY2(isInView(row), qPrintable(QString::number(row)));
+    }
+    QCOMPARE(window.list->scrollBar()->value(), 0); // with the heading above the first row
+    window.key(Qt::Key_Up);
+    QCOMPARE(QApplication::focusWidget(), window.row(0));
+}
+
+void TestSectionListInput::pageKeysMoveByAPageWithoutSkippingRows()
+{
+    ListWindow window;
+    window.setRows(300, 9);
+    window.key(Qt::Key_Tab);
+    int row = 0;
+    while (row < 299) {
+        int bottom = window.list->height() - 3;
+        while (!window.list->rowAt({50, bottom})) // a heading
+            --bottom;
+        const int lastSeen = *window.list->rowAt({50, bottom});
+        const bool cutOff =
+            window.topOf(lastSeen) + window.row(lastSeen)->height() > window.list->height();
+        window.key(Qt::Key_PageDown);
+        const int next = *window.list->currentRow();
+        QCOMPARE(QApplication::focusWidget(), window.row(next));
+        QVERIFY2(next > row && next - row < 12, qPrintable(QString::number(next)));
+        // What was cut off at the bottom comes into view.
+        QVERIFY(!cutOff || window.topOf(lastSeen) + window.row(lastSeen)->height() > 30);
+        row = next;
+    }
+    while (row > 0) {
+        window.key(Qt::Key_PageUp);
+        const int next = *window.list->currentRow();
+        QVERIFY2(next < row && row - next < 12, qPrintable(QString::number(next)));
+        row = next;
+    }
+    QCOMPARE(window.list->scrollBar()->value(), 0);
+}
+
+void TestSectionListInput::homeAndEndReachTheFirstAndLastRow()
+{
+    ListWindow window;
+    window.setRows(100000);
+    window.key(Qt::Key_Tab);
+    window.key(Qt::Key_End);
+    QCOMPARE(QApplication::focusWidget(), window.row(99999));
+    QCOMPARE(window.topOf(99999) + window.row(99999)->height(), window.list->height() - 1);
+    window.key(Qt::Key_Home);
+    QCOMPARE(QApplication::focusWidget(), window.row(0));
+    QCOMPARE(window.list->scrollBar()->value(), 0);
+}
+
+void TestSectionListInput::arrowsOnAButtonMoveTheRow()
+{
+    ListWindow window;
+    window.setRows(50);
+    window.key(Qt::Key_Tab);
+    window.key(Qt::Key_Right);
+    QCOMPARE(QApplication::focusWidget(), window.row(0)->button());
+    window.key(Qt::Key_Right); // stays: the list is left by the tab key
+    QCOMPARE(QApplication::focusWidget(), window.row(0)->button());
+    window.key(Qt::Key_Down);
+    QCOMPARE(QApplication::focusWidget(), window.row(1));
+    window.key(Qt::Key_Right);
+    window.key(Qt::Key_Left);
+    QCOMPARE(QApplication::focusWidget(), window.row(1));
+}
+
+void TestSectionListInput::theRingShowsForTheKeyboardOnly()
+{
+    ListWindow window;
+    window.setRows(50);
+    const auto ringed = [&window] {
+        QStringList rows;
+        for (auto *row : window.findChildren<TestRow *>()) {
+            if (row->showsFocus())
+                rows.append(row->id());
+        }
+        return rows;
+    };
+    window.click(1);
+    QCOMPARE(QApplication::focusWidget(), window.row(1));
+    QVERIFY(ringed().isEmpty());
+    window.key(Qt::Key_Down);
+    QCOMPARE(ringed(), QStringList{u"2"_s});
+    const QImage image = window.picture();
+    const QPoint side(4, window.topOf(2) + 50);
+    QCOMPARE(image.pixel(side), accentInk(window.palette()).rgb());
+    QCOMPARE(image.pixel(side + QPoint(1, 0)), accentInk(window.palette()).rgb());
+    QCOMPARE(image.pixel(side + QPoint(2, 0)), qRgb(255, 255, 255));
+    window.key(Qt::Key_Tab); // on the button, the button shows it
+    QVERIFY(ringed().isEmpty());
+    window.key(Qt::Key_Backtab);
+    QCOMPARE(ringed(), QStringList{u"2"_s});
+    window.click(2);
+    QVERIFY(ringed().isEmpty());
+}
+
+void TestSectionListInput::aFocusedRowScrolledAwayKeepsTheFocusAndComesBack()
+{
+    ListWindow window;
+    window.setRows(100000);
+    window.key(Qt::Key_Tab);
+    window.key(Qt::Key_Down);
+    window.key(Qt::Key_Down);
+    auto *focused = window.row(2);
+    window.list->scrollBar()->setValue(3'000'000);
+    QCoreApplication::processEvents();
+    QCOMPARE(QApplication::focusWidget(), focused);
+    QCOMPARE(window.row(2), focused);
+    QCOMPARE(focused->id(), u"2"_s);
+    QVERIFY(!focused->geometry().intersects(focused->parentWidget()->rect()));
+    for (int step = 0; step < 20; ++step)
+        window.wheel({0, -120});
+    QCOMPARE(QApplication::focusWidget(), focused);
+    QVERIFY(window.isSeamless());
+    window.key(Qt::Key_Down);
+    QCOMPARE(QApplication::focusWidget(), window.row(3));
+    QVERIFY(window.topOf(3) >= 30 && window.topOf(3) < 400);
+    QVERIFY(window.isSeamless());
+}
+
+void TestSectionListInput::theFocusComesBackAfterASheet()
+{
+    ListWindow window;
+    window.setRows(1000);
+    window.list->showRow(500);
+    window.click(500);
+    window.after->setFocus();
+    window.list->scrollBar()->setValue(0);
+    window.list->focusRow(u"500"_s);
+    QCOMPARE(QApplication::focusWidget(), window.row(500));
+    QVERIFY(!window.row(500)->showsFocus()); // the mouse was used last
+    QVERIFY(window.topOf(500) >= 0 && window.topOf(500) < window.list->height());
+    window.key(Qt::Key_Up);
+    window.after->setFocus();
+    window.list->focusRow(u"499"_s);
+    QVERIFY(window.row(499)->showsFocus());
+    window.after->setFocus();
+    window.list->focusRow(u"gone"_s);
+    QCOMPARE(QApplication::focusWidget(), window.row(499));
+}
+
+void TestSectionListInput::aHiddenButtonLeavesTheFocusToItsRow()
+{
+    ListWindow window;
+    window.setSections({{u"A"_s, {{u"a"_s}, {u"b"_s}}}});
+    window.key(Qt::Key_Tab);
+    window.key(Qt::Key_Tab);
+    QCOMPARE(QApplication::focusWidget(), window.row(0)->button());
+    TestItem plain{u"a"_s, 100, false, false};
+    window.setSections({{u"A"_s, {plain, {u"b"_s}}}});
+    QCOMPARE(QApplication::focusWidget(), window.row(0));
+    window.key(Qt::Key_Tab);
+    QCOMPARE(QApplication::focusWidget(), window.after);
+}
+
+void TestSectionListInput::hoverFollowsThePointerAndTheScrolledRows()
+{
+    ListWindow window;
+    window.setRows(100);
+    const auto hovered = [&window] {
+        QStringList rows;
+        for (auto *row : window.findChildren<TestRow *>()) {
+            if (row->isHovered())
+                rows.append(row->id());
+        }
+        return rows;
+    };
+    const QPoint at(200, 200);
+    window.hover(at);
+    for (int step = 0; step < 30; ++step) {
+        const auto row = window.list->rowAt(at);
+        QCOMPARE(hovered(), row ? QStringList{QString::number(*row)} : QStringList());
+        window.wheel({0, -50});
+    }
+    // Over a row's button the row stays hovered; scrolled from under the pointer, neither does.
+    auto *button = window.row(*window.list->rowAt({200, 300}))->button();
+    window.hover(button->mapTo(window.list, button->rect().center()));
+    QVERIFY(button->underMouse());
+    QCOMPARE(hovered().size(), 1);
+    window.wheel({0, -60});
+    QTRY_VERIFY(!button->underMouse());
+    window.hover({50, -10});
+    QVERIFY(hovered().isEmpty());
+    window.hover({200, 200});
+    window.wheel({0, -60});
+    window.hover({50, 10}); // on the heading stuck to the top
+    QVERIFY(hovered().isEmpty());
+}
+
+void TestSectionListInput::recycledRowsShowNoStaleState()
+{
+    ListWindow window;
+    window.setRows(1000);
+    window.list->setSelectedRow(u"1"_s);
+    window.hover({200, window.topOf(2) + 20});
+    QVERIFY(window.row(1)->isSelected());
+    QVERIFY(window.row(2)->isHovered());
+    QTest::mousePress(window.windowHandle(), Qt::LeftButton, {}, window.inWindow(2, {60, 40}));
+    QVERIFY(window.row(2)->isPressed());
+    window.key(Qt::Key_Down); // the keyboard's ring besides
+    for (int step = 0; step < 60; ++step) {
+        window.wheel({0, -120});
+        for (auto *row : window.findChildren<TestRow *>()) {
+            if (!row->isVisible() || row->geometry().bottom() < 0)
+                continue;
+            QCOMPARE(row->isSelected(), row->id() == QLatin1String("1"));
+            QVERIFY(!row->isPressed() || row->id() == QLatin1String("2"));
+            QVERIFY(!row->showsFocus() || row->id() == QLatin1String("3"));
+            const auto under = window.list->rowAt({200, 100});
+            QVERIFY(!row->isHovered() || !under || window.row(*under) || row->isVisible());
+            QCOMPARE(row->accessibleName(), row->id());
+        }
+    }
+    window.list->scrollBar()->setValue(0);
+    QCoreApplication::processEvents();
+    QVERIFY(window.row(1)->isSelected());
+    QVERIFY(!window.row(2)->isPressed());
+    QVERIFY(window.row(3)->showsFocus());
+    QTest::mouseRelease(window.windowHandle(), Qt::LeftButton, {}, window.inWindow(2, {60, 40}));
+    QVERIFY(window.activated.isEmpty());
+}
+
+QTEST_MAIN(TestSectionListInput)
+#include "test_section_list_input.moc"
