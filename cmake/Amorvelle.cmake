@@ -1,11 +1,16 @@
 # What every target of this project shares: warnings, sanitizers, and three ways to add a target.
 
-option(AMORVELLE_SANITIZE "Sanitizers to build with, as -fsanitize= takes them" "")
+set(AMORVELLE_SANITIZE "" CACHE STRING "Sanitizers to build with, as -fsanitize= takes them")
+# Ours alone: who packages this has a compiler that warns of something else.
+option(AMORVELLE_WARNINGS_AS_ERRORS "Refuse code that the compiler warns of" OFF)
 
 add_library(amorvelle_flags INTERFACE)
 target_compile_options(amorvelle_flags INTERFACE
     -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual
-    -Wold-style-cast -Wcast-qual -Wundef -Wvla -Wimplicit-fallthrough -Werror)
+    -Wold-style-cast -Wcast-qual -Wundef -Wvla -Wimplicit-fallthrough)
+if(AMORVELLE_WARNINGS_AS_ERRORS)
+    target_compile_options(amorvelle_flags INTERFACE -Werror)
+endif()
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     # g++ 12 takes a std::optional that is empty for one that is uninitialised once it has inlined it.
     target_compile_options(amorvelle_flags INTERFACE -Wno-maybe-uninitialized)
@@ -22,9 +27,20 @@ target_compile_definitions(amorvelle_qt_flags INTERFACE
     QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING
     QT_NO_KEYWORDS QT_NO_FOREACH QT_STRICT_ITERATORS)
 
-# A library made of files of the current folder. Its headers are reachable as "<folder>/<file>.h",
-# and only for targets that link it: each library's include path holds a link to its folder alone,
-# so that an include without the matching link line does not compile.
+# Notes for scripts/check-arrows what a target is made of and what its own link line names.
+function(amorvelle_note_links name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LINKS")
+    get_filename_component(folder "${CMAKE_CURRENT_SOURCE_DIR}" NAME)
+    list(TRANSFORM arg_SOURCES PREPEND "${folder}/")
+    list(JOIN arg_SOURCES " " sources)
+    list(JOIN arg_LINKS " " links)
+    set_property(GLOBAL APPEND_STRING PROPERTY AMORVELLE_LINKS "${name}: ${links}: ${sources}\n")
+endfunction()
+
+# A library made of files of the current folder. Its headers are reachable as "<folder>/<file>.h":
+# each library's include path holds a link to its folder alone. That much the compiler sees to, for
+# what the linked libraries link in their turn as well; scripts/check-arrows sees to it that a
+# library includes only what its own link line names.
 function(amorvelle_add_library name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LINKS;PRIVATE_LINKS")
     add_library(${name} STATIC ${arg_SOURCES})
@@ -35,13 +51,14 @@ function(amorvelle_add_library name)
     file(CREATE_LINK "${CMAKE_CURRENT_SOURCE_DIR}" "${reach}/${folder}" SYMBOLIC)
     target_include_directories(${name} PUBLIC "${reach}")
     target_link_libraries(${name} PUBLIC ${arg_LINKS} PRIVATE ${arg_PRIVATE_LINKS} amorvelle_qt_flags)
+    amorvelle_note_links(${name} SOURCES ${arg_SOURCES} LINKS ${arg_LINKS} ${arg_PRIVATE_LINKS})
 endfunction()
 
 # Builds what the thread sanitizer is to look at, and no more.
 add_custom_target(thread_tests)
 
-# A Qt Test program <name>.cpp of the current folder, run by ctest under <name> without a display and against no
-# service but its own. LABELS: vectors (reads recorded answers), threads (also run under TSan),
+# A Qt Test program <name>.cpp of the current folder, run by ctest under <name> without a display and
+# against no service but its own. LABELS: vectors (reads recorded answers), threads (also run under TSan),
 # stack (needs PostgreSQL).
 function(amorvelle_add_test name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "TIMEOUT" "SOURCES;LINKS;LABELS;DEPENDS;ENVIRONMENT")

@@ -1,8 +1,6 @@
 #include "look/Compositing.h"
 
-#include <QtGlobal>
-
-#ifdef Q_OS_LINUX
+#ifdef AMORVELLE_HAS_XCB
 
 #include <QByteArray>
 #include <QGuiApplication>
