@@ -11,13 +11,11 @@
 #include <QKeySequence>
 #include <QLibraryInfo>
 #include <QLocale>
+#include <QMenuBar>
 #include <QTimer>
 
+#include <algorithm>
 #include <chrono>
-
-#ifdef Q_OS_MACOS
-#include <QMenuBar>
-#endif
 
 using namespace Qt::StringLiterals;
 
@@ -37,6 +35,17 @@ void addShortcut(ContentView *window, const QKeySequence &keys, auto act)
     QObject::connect(action, &QAction::triggered, window, act);
     window->addAction(action);
 }
+
+#ifdef Q_OS_MACOS
+/// Not any widget: the menu bar has no parent either, and a closed window is freed a moment later.
+bool hasWindow()
+{
+    const auto widgets = QApplication::topLevelWidgets();
+    return std::any_of(widgets.begin(), widgets.end(), [](const QWidget *widget) {
+        return qobject_cast<const ContentView *>(widget) && widget->isVisible();
+    });
+}
+#endif
 
 } // namespace
 
@@ -60,6 +69,8 @@ OstreloApp::OstreloApp(QObject *parent)
     });
 #endif
 }
+
+OstreloApp::~OstreloApp() = default;
 
 void OstreloApp::openFirstWindow()
 {
@@ -107,16 +118,15 @@ void OstreloApp::makeMenuBar()
     QApplication::setQuitOnLastWindowClosed(false);
     // And so the end of a write, which holds the program elsewhere, must not end it.
     QApplication::setQuitLockEnabled(false);
-    static auto *bar = new QMenuBar;
-    auto *windows = bar->addMenu(tr("Fenêtre"));
+    m_menuBar = std::make_unique<QMenuBar>();
+    auto *windows = m_menuBar->addMenu(tr("Fenêtre"));
     windows->addAction(tr("Nouvelle fenêtre"), QKeySequence::New, this, &OstreloApp::openWindow);
     windows->addAction(tr("Fermer"), QKeySequence::Close, this, [] {
         if (QWidget *window = QApplication::activeWindow())
             window->close();
     });
     connect(qApp, &QApplication::applicationStateChanged, this, [this](Qt::ApplicationState state) {
-        if (state == Qt::ApplicationActive && m_hasOpened
-            && QApplication::topLevelWidgets().isEmpty())
+        if (state == Qt::ApplicationActive && m_hasOpened && !hasWindow())
             openWindow();
     });
 #endif

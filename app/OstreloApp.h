@@ -4,15 +4,21 @@
 
 #include <QTranslator>
 
-class ContentView;
+#include <memory>
+
+class QMenuBar;
 
 /// The application: opens its windows, gives them the desktop's light or dark colours and the
 /// toolkit's texts in the user's language. One in a process, made after the QApplication.
+///
+/// Ostrelo is the program's first name. It stands in the code only: what people see is called
+/// aMorvelle.
 class OstreloApp : public QObject {
     Q_OBJECT
 
 public:
     explicit OstreloApp(QObject *parent = nullptr);
+    ~OstreloApp() override;
 
     /// Opens a further window, with a state of its own.
     void openWindow();
@@ -25,6 +31,7 @@ private:
 
     DesktopColorScheme m_colorScheme;
     QTranslator m_translator;
+    std::unique_ptr<QMenuBar> m_menuBar; ///< of the program, not of a window: on macOS only
     bool m_hasOpened = false;
     bool m_desktopIsDark = false; ///< by the palette that the toolkit came up with
 };
