@@ -1,13 +1,13 @@
 #include "platform/UserDefaults.h"
 
+#include "platform/PrivateFile.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QStandardPaths>
 
 #include <cerrno>
-#include <cstdio>
-#include <cstdlib>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -43,19 +43,6 @@ public:
 private:
     int m_number;
 };
-
-bool writeAll(int file, const QByteArray &value)
-{
-    qsizetype done = 0;
-    while (done < value.size()) {
-        const ssize_t written =
-            ::write(file, value.constData() + done, static_cast<size_t>(value.size() - done));
-        if (written <= 0)
-            return false;
-        done += written;
-    }
-    return true;
-}
 
 // Makes `path` and what is missing above it, each for the user alone.
 void makeFolder(const QString &path)
@@ -158,16 +145,7 @@ void UserDefaults::set(const QString &key, const QByteArray &value)
     makeFolder(m_folder);
     // A folder of ours that others may look into is closed to them.
     ::chmod(QFile::encodeName(m_folder).constData(), S_IRWXU);
-
-    // Written aside and put in place whole. mkostemp makes a new file that only the user may read;
-    // the renaming replaces a link instead of following it.
-    const QByteArray path = pathOf(key);
-    QByteArray aside = path + ".XXXXXX";
-    const Descriptor file(::mkostemp(aside.data(), O_CLOEXEC));
-    if (!file.isOpen())
-        return;
-    if (!writeAll(file.number(), value) || std::rename(aside.constData(), path.constData()) != 0)
-        ::unlink(aside.constData());
+    writePrivateFile(QDir(m_folder).filePath(key), value);
 }
 
 void UserDefaults::remove(const QString &key)

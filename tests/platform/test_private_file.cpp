@@ -1,0 +1,84 @@
+// Writing a file while the host interrupts: this program's own write() stands before the host's.
+
+#include "platform/PrivateFile.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <algorithm>
+#include <cerrno>
+
+#include <sys/syscall.h>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+enum class Disk { Willing, Interrupted, Full };
+
+// Only what runs between the two lines of a test that set it.
+Disk disk = Disk::Willing;
+int calls = 0;
+
+} // namespace
+
+extern "C" ssize_t write(int file, const void *bytes, size_t count)
+{
+    if (disk == Disk::Full) {
+        errno = ENOSPC;
+        return -1;
+    }
+    if (disk == Disk::Interrupted) {
+        // Every other call is broken off, and those between take three bytes at the most.
+        if (++calls % 2 == 1) {
+            errno = EINTR;
+            return -1;
+        }
+        count = std::min<size_t>(count, 3);
+    }
+    return syscall(SYS_write, file, bytes, count);
+}
+
+class TestPrivateFile : public QObject {
+    Q_OBJECT
+
+    QTemporaryDir m_folder;
+
+    QString path() const { return m_folder.filePath(u"record"_s); }
+    QByteArray content() const
+    {
+        QFile file(path());
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(no file)");
+    }
+    bool write(const QByteArray &bytes, Disk as) const
+    {
+        disk = as;
+        const bool isWritten = writePrivateFile(path(), bytes);
+        disk = Disk::Willing;
+        return isWritten;
+    }
+
+private Q_SLOTS:
+    void init() { QVERIFY(writePrivateFile(path(), "what stood there")); }
+
+    void aSignalInTheMiddleOfItLosesNothing()
+    {
+        QVERIFY(write("a record of some length", Disk::Interrupted));
+        QCOMPARE(content(), "a record of some length");
+        QVERIFY(calls > 10);
+    }
+
+    void aFullDiskLeavesTheOldFileAndNoOther()
+    {
+        QVERIFY(!write("new", Disk::Full));
+        QCOMPARE(content(), "what stood there");
+        QCOMPARE(QDir(m_folder.path()).entryList(QDir::Files | QDir::Hidden),
+                 QStringList{u"record"_s});
+    }
+};
+
+QTEST_GUILESS_MAIN(TestPrivateFile)
+#include "test_private_file.moc"
