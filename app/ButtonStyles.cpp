@@ -4,8 +4,8 @@
 #include "look/FocusRing.h"
 #include "look/Fonts.h"
 #include "look/Painting.h"
+#include "look/PressKeys.h"
 
-#include <QKeyEvent>
 #include <QPainter>
 
 using namespace Qt::StringLiterals;
@@ -59,6 +59,7 @@ StyledButton::StyledButton(const ButtonStyle &style, const QString &text, QWidge
     setFocusPolicy(Qt::StrongFocus);
     setFont(appFont(13, style.labelWeight()));
     setLabel(text);
+    pressWithReturn(this);
     new FocusRing(this, radius, ringGap);
 }
 
@@ -93,15 +94,6 @@ QSize StyledButton::sizeHint() const
 QSize StyledButton::minimumSizeHint() const
 {
     return sizeHint();
-}
-
-void StyledButton::keyPressEvent(QKeyEvent *event)
-{
-    // Not being a dialog's default, it would leave Return to the dialog even with the focus.
-    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
-        click();
-    else
-        QPushButton::keyPressEvent(event);
 }
 
 void StyledButton::paintEvent(QPaintEvent *)

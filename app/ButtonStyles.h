@@ -56,7 +56,6 @@ public:
     QSize minimumSizeHint() const override;
 
 protected:
-    void keyPressEvent(QKeyEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
 

@@ -4,10 +4,10 @@
 #include "look/FocusRing.h"
 #include "look/Fonts.h"
 #include "look/Painting.h"
+#include "look/PressKeys.h"
 #include "look/Symbols.h"
 
 #include <QFontMetrics>
-#include <QKeyEvent>
 #include <QPainter>
 
 #include <algorithm>
@@ -32,6 +32,7 @@ AccountButton::AccountButton(QWidget *parent)
     setAccessibleName(u"Compte"_s);
     setFocusPolicy(Qt::TabFocus);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    pressWithReturn(this);
     new FocusRing(this, radius);
 }
 
@@ -66,15 +67,6 @@ QSize AccountButton::sizeHint() const
 QSize AccountButton::minimumSizeHint() const
 {
     return sizeHint();
-}
-
-void AccountButton::keyPressEvent(QKeyEvent *event)
-{
-    // Return does what Space does: a button that has the focus is pressed by either.
-    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
-        click();
-    else
-        QAbstractButton::keyPressEvent(event);
 }
 
 void AccountButton::paintEvent(QPaintEvent *)

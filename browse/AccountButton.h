@@ -19,7 +19,6 @@ public:
     QSize minimumSizeHint() const override;
 
 protected:
-    void keyPressEvent(QKeyEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 
 private:

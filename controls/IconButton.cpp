@@ -3,8 +3,8 @@
 #include "look/Fonts.h"
 #include "look/KeyboardFocus.h"
 #include "look/Painting.h"
+#include "look/PressKeys.h"
 
-#include <QKeyEvent>
 #include <QPainter>
 
 IconButton::IconButton(Symbol symbol, const QString &name, ColorRole color, QWidget *parent)
@@ -15,6 +15,7 @@ IconButton::IconButton(Symbol symbol, const QString &name, ColorRole color, QWid
 {
     setAttribute(Qt::WA_Hover);
     setFocusPolicy(Qt::StrongFocus);
+    pressWithReturn(this);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     setAccessibleName(name);
     setAccessibleRole(this, QAccessible::Button);
@@ -24,14 +25,6 @@ IconButton::IconButton(Symbol symbol, const QString &name, ColorRole color, QWid
 QSize IconButton::sizeHint() const
 {
     return {scaled(24), scaled(24)};
-}
-
-void IconButton::keyPressEvent(QKeyEvent *event)
-{
-    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
-        click();
-    else
-        QAbstractButton::keyPressEvent(event);
 }
 
 void IconButton::paintEvent(QPaintEvent *)

@@ -4,9 +4,9 @@
 #include "look/FocusRing.h"
 #include "look/Fonts.h"
 #include "look/Painting.h"
+#include "look/PressKeys.h"
 
 #include <QDesktopServices>
-#include <QKeyEvent>
 #include <QPainter>
 #include <QStringList>
 
@@ -33,6 +33,7 @@ LinkLabel::LinkLabel(const QString &text, const QUrl &address, QWidget *parent)
     setAccessibleName(text);
     setAccessibleDescription(address.toDisplayString());
     setPlainToolTip(this, address.toDisplayString());
+    pressWithReturn(this);
     new FocusRing(this, 3, ringGap);
 
     connect(this, &QAbstractButton::clicked, this, [this] {
@@ -44,14 +45,6 @@ LinkLabel::LinkLabel(const QString &text, const QUrl &address, QWidget *parent)
 QSize LinkLabel::sizeHint() const
 {
     return {qCeil(QFontMetricsF(font()).horizontalAdvance(m_label)), lineHeight(font())};
-}
-
-void LinkLabel::keyPressEvent(QKeyEvent *event)
-{
-    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
-        click();
-    else
-        QAbstractButton::keyPressEvent(event);
 }
 
 void LinkLabel::paintEvent(QPaintEvent *)

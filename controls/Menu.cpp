@@ -5,6 +5,7 @@
 #include "controls/PopupPlacement.h"
 #include "look/Compositing.h"
 #include "look/Fonts.h"
+#include "look/PressKeys.h"
 
 #include <QMouseEvent>
 #include <QScreen>
@@ -37,6 +38,7 @@ Menu::Menu(QWidget *anchor)
     setWindowFlag(Qt::FramelessWindowHint);
     setWindowFlag(Qt::NoDropShadowWindowHint);
     setContentsMargins(popupMargins(m_isComposited));
+    pressOnce(this);
 }
 
 void Menu::setItems(const QList<MenuItem> &items)

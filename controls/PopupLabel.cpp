@@ -4,6 +4,7 @@
 #include "look/FocusRing.h"
 #include "look/Fonts.h"
 #include "look/Painting.h"
+#include "look/PressKeys.h"
 #include "look/Symbols.h"
 
 #include <QKeyEvent>
@@ -48,6 +49,7 @@ PopupLabel::PopupLabel(const QString &name, QWidget *parent)
     setAccessibleRole(this, QAccessible::ButtonMenu);
     m_menu->setAccessibleName(name);
     connect(m_menu, &QMenu::aboutToHide, this, [this] { setDown(false); });
+    pressOnce(this);
     new FocusRing(this, radius, ringGap);
 }
 
@@ -82,17 +84,10 @@ QSize PopupLabel::minimumSizeHint() const
 
 void PopupLabel::keyPressEvent(QKeyEvent *event)
 {
-    switch (event->key()) {
-    case Qt::Key_Space:
-    case Qt::Key_Select:
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-    case Qt::Key_Down:
+    if (isPressKey(event) || event->key() == Qt::Key_Down)
         m_menu->open(Menu::OpenedBy::Keyboard);
-        break;
-    default:
+    else
         event->ignore(); // a button would take the other arrows for itself
-    }
 }
 
 void PopupLabel::mousePressEvent(QMouseEvent *event)

@@ -4,6 +4,7 @@
 #include "look/FocusRing.h"
 #include "look/Fonts.h"
 #include "support/Picture.h"
+#include "support/Typing.h"
 
 #include <QAccessible>
 #include <QApplication>
@@ -217,6 +218,16 @@ private Q_SLOTS:
         button.setFixedWidth(400);
         QVERIFY(button.toolTip().isEmpty());
         QVERIFY(button.accessibleDescription().isEmpty());
+    }
+
+    void aHeldKeyPressesOnce()
+    {
+        const Shown<PrimaryButton> it;
+        QSignalSpy clicked(it.button, &QAbstractButton::clicked);
+        hold(it.button, Qt::Key_Return);
+        QCOMPARE(clicked.count(), 1);
+        hold(it.button, Qt::Key_Space);
+        QCOMPARE(clicked.count(), 2);
     }
 
     void returnInAFieldPressesNoButtonAndReturnOnAButtonPressesIt()

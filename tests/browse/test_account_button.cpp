@@ -1,7 +1,9 @@
 #include "browse/AccountButton.h"
 
 #include "look/Accessibility.h"
+#include "support/Typing.h"
 
+#include <QSignalSpy>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -14,6 +16,7 @@ private Q_SLOTS:
     void theReaderTellsTheAddressThatIsShown();
     void anAddressTooLongToBeSeenIsReadAndShownWhole();
     void theReaderPressesIt();
+    void aHeldKeyPressesOnce();
 };
 
 namespace {
@@ -56,6 +59,17 @@ void TestAccountButton::theReaderPressesIt()
     QVERIFY(actions->actionNames().contains(QAccessibleActionInterface::pressAction()));
     actions->doAction(QAccessibleActionInterface::pressAction());
     QTRY_COMPARE(pressed, 1);
+}
+
+void TestAccountButton::aHeldKeyPressesOnce()
+{
+    AccountButton button;
+    button.show();
+    QSignalSpy clicked(&button, &QAbstractButton::clicked);
+    hold(&button, Qt::Key_Return);
+    QCOMPARE(clicked.count(), 1);
+    hold(&button, Qt::Key_Space);
+    QCOMPARE(clicked.count(), 2);
 }
 
 QTEST_MAIN(TestAccountButton)

@@ -11,6 +11,7 @@
 #include "look/Fonts.h"
 #include "look/KeyboardFocus.h"
 #include "support/Picture.h"
+#include "support/Typing.h"
 
 #include <QLineEdit>
 #include <QSignalSpy>
@@ -150,6 +151,47 @@ private Q_SLOTS:
         interface->actionInterface()->doAction(press);
         QTest::mouseClick(&button, Qt::LeftButton);
         QCOMPARE(clicked.count(), 5);
+    }
+
+    void aHeldKeyPressesOnce_data()
+    {
+        QTest::addColumn<Qt::Key>("key");
+        QTest::newRow("Return") << Qt::Key_Return;
+        QTest::newRow("Enter") << Qt::Key_Enter;
+        QTest::newRow("Space") << Qt::Key_Space;
+    }
+
+    void aHeldKeyPressesOnce()
+    {
+        QFETCH(Qt::Key, key);
+        QWidget window;
+        const QList<QAbstractButton *> buttons = {
+            new IconButton(Symbol::Trash, u"Supprimer"_s, red, &window),
+            new LinkLabel(u"Ouvrir le lien"_s, QUrl(u"file:///"_s), &window)};
+        window.show();
+        for (QAbstractButton *button : buttons) {
+            QSignalSpy clicked(button, &QAbstractButton::clicked);
+            hold(button, key);
+            QCOMPARE(clicked.count(), 1);
+            hold(button, key);
+            QCOMPARE(clicked.count(), 2);
+        }
+    }
+
+    void aHeldKeyReachesNothingBehindWhatItPresses()
+    {
+        struct Behind : QWidget {
+            int keys = 0;
+            void keyPressEvent(QKeyEvent *) override { ++keys; }
+        };
+        Behind behind;
+        IconButton button(Symbol::Trash, u"Supprimer"_s, red, &behind);
+        behind.show();
+        hold(&button, Qt::Key_Space);
+        hold(&button, Qt::Key_Return);
+        QCOMPARE(behind.keys, 0);
+        QTest::keyClick(&button, Qt::Key_A);
+        QCOMPARE(behind.keys, 1);
     }
 
     void theRingShowsForTheKeyboardOnly_data()

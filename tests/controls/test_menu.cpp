@@ -58,6 +58,8 @@ private Q_SLOTS:
     void theMenuIsAsWideAsItsLabelAndAsHighAsItsItems();
     void keysOpenTheMenuAtTheChosenItem_data();
     void keysOpenTheMenuAtTheChosenItem();
+    void aKeyHeldOnTheLabelChoosesNothing_data();
+    void aKeyHeldOnTheLabelChoosesNothing();
     void otherKeysAreLeftToTheForm();
     void anItemIsChosenByClick();
     void anItemIsChosenByKey_data();
@@ -113,6 +115,30 @@ void TestMenu::keysOpenTheMenuAtTheChosenItem()
     QTest::keyClick(it.picker, key);
     QVERIFY(it.menu()->isVisible());
     QCOMPARE(it.menu()->activeAction(), it.menu()->actions().at(1));
+}
+
+void TestMenu::aKeyHeldOnTheLabelChoosesNothing_data()
+{
+    QTest::addColumn<Qt::Key>("key");
+    QTest::newRow("Space") << Qt::Key_Space;
+    QTest::newRow("Return") << Qt::Key_Return;
+}
+
+void TestMenu::aKeyHeldOnTheLabelChoosesNothing()
+{
+    QFETCH(Qt::Key, key);
+    Scene it;
+    QTest::keyPress(it.picker, key);
+    repeat(it.menu(), key);
+    QTest::keyRelease(it.menu(), key);
+    QVERIFY(it.menu()->isVisible());
+    QCOMPARE(it.chosen.count(), 0);
+    QTest::keyClick(it.menu(), key);
+    QVERIFY(!it.menu()->isVisible());
+    QCOMPARE(it.chosen.count(), 1);
+    // The menu is gone while the key that chose is still down.
+    repeat(it.picker, key);
+    QVERIFY(!it.menu()->isVisible());
 }
 
 void TestMenu::otherKeysAreLeftToTheForm()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QApplication>
+#include <QKeyEvent>
 #include <QTest>
 #include <QWheelEvent>
 #include <QWindow>
@@ -10,6 +11,25 @@ inline void type(QWidget *widget, const QString &text)
 {
     for (const QChar letter : text)
         QTest::sendKeyEvent(QTest::Click, widget, Qt::Key_unknown, QString(letter), Qt::NoModifier);
+}
+
+/// What a keyboard sends while a key stays down and repeats itself, without the end of it.
+inline void repeat(QWidget *widget, Qt::Key key, int times = 3)
+{
+    for (int i = 0; i < times; ++i) {
+        for (const auto type : {QEvent::KeyRelease, QEvent::KeyPress}) {
+            QKeyEvent event(type, key, Qt::NoModifier, {}, true);
+            QCoreApplication::sendEvent(widget, &event);
+        }
+    }
+}
+
+/// Presses a key, holds it down for a while and lets it go.
+inline void hold(QWidget *widget, Qt::Key key)
+{
+    QTest::keyPress(widget, key);
+    repeat(widget, key);
+    QTest::keyRelease(widget, key);
 }
 
 /// Turns the wheel over a widget, one step towards the person.
