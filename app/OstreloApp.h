@@ -11,8 +11,8 @@ class QMenuBar;
 /// The application: opens its windows, gives them the desktop's light or dark colours and the
 /// toolkit's texts in the user's language. One in a process, made after the QApplication.
 ///
-/// Ostrelo is the program's first name. It stands in the code only: what people see is called
-/// aMorvelle.
+/// Ostrelo is what the program is called in its own code, whichever village it serves: what people
+/// see is called aMorvelle.
 class OstreloApp : public QObject {
     Q_OBJECT
 
