@@ -42,8 +42,6 @@ public:
     void setSelected(const std::optional<QString> &id);
     void setRingShown(bool shown);
     void updateStates();
-    /// Fills are running: what they hide must not send the focus out of the list.
-    bool isFilling() const { return m_filling; }
 
 Q_SIGNALS:
     void moved(); ///< the place in the list, or its length, may have changed
@@ -66,6 +64,7 @@ private:
     void layOut(Repaint repaint = Repaint::WhatMoves, const std::optional<Place> &kept = {});
     void paintWhatWaits();
     void placeRows(Repaint repaint);
+    void handOnFocus();
     void moveOnScreen(int shift);
     std::optional<int> shiftOnScreen() const;
     bool isNear(int row) const;

@@ -120,6 +120,7 @@ void SectionListBody::layOut(Repaint repaint, const std::optional<Place> &kept)
             bind(*m_pinned);
         m_rows.releaseOutside(range, m_pinned);
         placeRows(repaint);
+        handOnFocus();
         m_rows.hideSpare();
     }
     tellPointer();
@@ -145,6 +146,17 @@ void SectionListBody::placeRows(Repaint repaint)
         update();
     else if (*shift != 0)
         moveOnScreen(*shift);
+}
+
+/// A widget that shows no row any more lets go of the focus before it is hidden: to the row that
+/// was pinned in its place, or to the list when it is empty.
+void SectionListBody::handOnFocus()
+{
+    const auto *focus = window()->focusWidget();
+    if (!focus || !isAncestorOf(focus) || m_rows.rowOf(focus))
+        return;
+    auto *heir = m_pinned ? m_rows.find(*m_pinned) : parentWidget();
+    heir->setFocus(Qt::OtherFocusReason);
 }
 
 /// What widgets above overlap, here or anywhere up to the window, cannot be moved: Qt repaints all

@@ -2,15 +2,13 @@
 
 #include "sectionlist/SectionListRow.h"
 
-#include <QApplication>
-
 namespace {
 
 constexpr size_t mostSpare = 6;
 
 bool hasFocusWithin(const QWidget *widget)
 {
-    const auto *focus = QApplication::focusWidget();
+    const auto *focus = widget->window()->focusWidget();
     return focus && (focus == widget || widget->isAncestorOf(focus));
 }
 
@@ -86,8 +84,6 @@ void SectionListRows::hideSpare()
 {
     for (size_t i = m_spare.size(); i-- > 0;) {
         auto *widget = m_spare[i].widget;
-        if (hasFocusWithin(widget))
-            continue;
         widget->hide();
         if (m_spare.size() <= mostSpare)
             continue;

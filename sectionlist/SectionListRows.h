@@ -38,7 +38,8 @@ public:
     /// Makes spare what is not in the range, save one row.
     void releaseOutside(const SectionListFlow::Range &range, std::optional<int> pinned);
     void releaseAll();
-    /// Hides what is spare, and frees what is more than a few.
+    /// Hides what is spare, whatever it was, and frees what is more than a few. None of it may have
+    /// the keyboard focus, which hiding would send anywhere.
     void hideSpare();
 
 private:

@@ -45,6 +45,7 @@ private Q_SLOTS:
     void aReloadKeepsTheChosenTab();
     void aReloadKeepsThePlaceInTheList();
     void aReloadKeepsTheFocusOnItsRow();
+    void ofCrossingLoadsNothingOfTheEarlierListStays();
     void aReloadKeepsTheFocusOnTheTabs();
     void aReloadDoesNotTakeTheFocusBackFromWhereThePersonWent();
     void aWindowClosedWhileLoadingIsJustGone();
@@ -277,6 +278,28 @@ void TestWindow::aReloadKeepsTheFocusOnItsRow()
     QTRY_VERIFY(!named(window.get(), u"b"_s));
     QTRY_VERIFY(named(window.get(), u"b"_s));
     QCOMPARE(window->focusWidget()->accessibleName(), u"b"_s);
+}
+
+void TestWindow::ofCrossingLoadsNothingOfTheEarlierListStays()
+{
+    m_server.answer(reply({row(u"a"_s, 1), row(u"b"_s, 2)}));
+    const auto window = shownWindow();
+    QTRY_VERIFY(named(window.get(), u"b"_s));
+    int asked = 0;
+    m_server.answerWith([&](const HttpRequest &) {
+        return ++asked == 1 ? reply({row(u"c"_s, 1), row(u"d"_s, 2)}).whenReleased()
+                            : reply({row(u"a"_s, 1), row(u"b"_s, 2)});
+    });
+    QTest::keyClick(window.get(), Qt::Key_F5);
+    QTRY_COMPARE(asked, 1);
+    QTest::keyClick(window.get(), Qt::Key_F5);
+    QTRY_VERIFY(named(window.get(), u"b"_s));
+    shownList(window.get())->focusRow(u"b"_s);
+    m_server.release();
+    QTRY_VERIFY(named(window.get(), u"d"_s));
+    QVERIFY(!named(window.get(), u"a"_s));
+    QVERIFY(!named(window.get(), u"b"_s));
+    QCOMPARE(window->focusWidget()->accessibleName(), u"d"_s);
 }
 
 void TestWindow::aReloadKeepsTheFocusOnTheTabs()

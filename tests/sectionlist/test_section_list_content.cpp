@@ -26,6 +26,7 @@ private Q_SLOTS:
     void aRowThatGrowsAboveTheEyeDoesNotMoveWhatIsRead();
     void theFocusFollowsItsRow();
     void aRemovedRowLeavesTheFocusToTheOneInItsPlace();
+    void nothingOfARemovedRowThatHadTheFocusStaysOverTheList();
     void anEmptiedListKeepsTheFocusForWhatComes();
     void theSelectionFollowsItsRow();
     void refreshingFillsTheRowsInViewOnly();
@@ -152,6 +153,29 @@ void TestSectionListContent::aRemovedRowLeavesTheFocusToTheOneInItsPlace()
     items.removeLast();
     window.setSections({{u"A"_s, items}});
     QCOMPARE(QApplication::focusWidget(), window.row(u"18"_s));
+}
+
+void TestSectionListContent::nothingOfARemovedRowThatHadTheFocusStaysOverTheList()
+{
+    ListWindow window;
+    window.setSections({{u"A"_s, itemsFrom(0, 20)}});
+    window.key(Qt::Key_Tab);
+    window.key(Qt::Key_Down);
+    window.key(Qt::Key_Tab); // on its button
+    window.setSections({{u"A"_s, itemsFrom(100, 20)}});
+    QCOMPARE(window.leftovers(), QStringList());
+    QCOMPARE(QApplication::focusWidget(), window.row(1));
+
+    // The same by far, and while another window has the keyboard.
+    window.list->scrollBar()->setValue(800);
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&other));
+    window.setSections({{u"A"_s, itemsFrom(200, 20)}});
+    QCOMPARE(window.leftovers(), QStringList());
+    QCOMPARE(window.focusWidget(), window.row(1));
+    QCOMPARE(window.row(1)->id(), u"201"_s);
 }
 
 void TestSectionListContent::anEmptiedListKeepsTheFocusForWhatComes()

@@ -15,6 +15,8 @@ private Q_SLOTS:
     void arrowsWalkTheRowsAndKeepThemInView();
     void pageKeysMoveByAPageWithoutSkippingRows();
     void homeAndEndReachTheFirstAndLastRow();
+    void nothingOfARowThatTheKeyboardLeftStaysOverTheList_data();
+    void nothingOfARowThatTheKeyboardLeftStaysOverTheList();
     void arrowsOnAButtonMoveTheRow();
     void theRingShowsForTheKeyboardOnly();
     void aFocusedRowScrolledAwayKeepsTheFocusAndComesBack();
@@ -194,6 +196,40 @@ void TestSectionListInput::homeAndEndReachTheFirstAndLastRow()
     window.key(Qt::Key_Home);
     QCOMPARE(QApplication::focusWidget(), window.row(0));
     QCOMPARE(window.list->scrollBar()->value(), 0);
+}
+
+void TestSectionListInput::nothingOfARowThatTheKeyboardLeftStaysOverTheList_data()
+{
+    QTest::addColumn<Qt::Key>("key");
+    QTest::addColumn<int>("presses");
+    QTest::newRow("Page Down") << Qt::Key_PageDown << 12;
+    QTest::newRow("Down") << Qt::Key_Down << 30;
+    QTest::newRow("End") << Qt::Key_End << 1;
+}
+
+void TestSectionListInput::nothingOfARowThatTheKeyboardLeftStaysOverTheList()
+{
+    QFETCH(Qt::Key, key);
+    QFETCH(int, presses);
+    ListWindow window;
+    QList<TestItem> items;
+    for (int row = 0; row < 60; ++row)
+        items.append({QString::number(row), row % 4 == 3 ? 420 : 40});
+    window.setSections({{u"A"_s, items}});
+    window.key(Qt::Key_Tab);
+    for (int press = 0; press < presses; ++press) {
+        if (press % 5 == 4)
+            window.wheel({0, press % 2 == 0 ? 600 : -600}); // away from the row with the focus
+        window.key(key);
+        QCOMPARE(window.leftovers(), QStringList());
+        QCOMPARE(QApplication::focusWidget(), window.row(*window.list->currentRow()));
+    }
+    // Out of the list, and back from a place far off.
+    window.list->scrollBar()->setValue(0);
+    window.key(Qt::Key_Backtab);
+    QCOMPARE(window.leftovers(), QStringList());
+    window.key(Qt::Key_Tab);
+    QCOMPARE(window.leftovers(), QStringList());
 }
 
 void TestSectionListInput::arrowsOnAButtonMoveTheRow()

@@ -204,6 +204,21 @@ public:
         return former.has_value();
     }
 
+    /// The ids of rows that are shown though the list holds no such row any more.
+    QStringList leftovers() const
+    {
+        QStringList found;
+        const auto widgets = list->findChildren<TestRow *>();
+        for (TestRow *widget : widgets) {
+            bool isHeld = false;
+            for (int row = 0; row < list->rowCount(); ++row)
+                isHeld |= list->widgetOf(row) == widget;
+            if (!isHeld && !widget->isHidden())
+                found.append(widget->id());
+        }
+        return found;
+    }
+
     void wheel(QPoint angle, QPoint pixels = {})
     {
         const QPointF at(list->mapTo(this, QPoint(100, 100)));
