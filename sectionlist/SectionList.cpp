@@ -1,5 +1,6 @@
 #include "sectionlist/SectionList.h"
 
+#include "controls/FingerScroll.h"
 #include "controls/ThinScrollBar.h"
 #include "look/Colors.h"
 #include "sectionlist/SectionListBody.h"
@@ -23,6 +24,7 @@ SectionList::SectionList(std::function<SectionListRow *()> makeRow, QWidget *par
     setAttribute(Qt::WA_OpaquePaintEvent);
     m_heading->hide();
     m_bar->setSingleStep(Metrics::wheelLine);
+    new FingerScroll(this, m_bar);
 
     connect(m_body, &SectionListBody::moved, this, &SectionList::followBody);
     connect(m_body, &SectionListBody::rowMade, this, [this](SectionListRow *row) {
@@ -67,11 +69,7 @@ void SectionList::setContent(SectionListContent content)
     m_focus->setCurrent(next);
 
     setFocusPolicy(count > 0 ? Qt::TabFocus : Qt::NoFocus);
-    if (focused && !next)
-        setFocus();
-    else if (focused && m_body->rows().rowOf(window()->focusWidget()) != next)
-        m_body->rows().find(*next)->setFocus();
-    else if (waiting)
+    if (waiting)
         m_focus->enter(Qt::OtherFocusReason);
 }
 

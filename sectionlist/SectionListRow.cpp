@@ -4,8 +4,10 @@
 #include "look/Painting.h"
 #include "sectionlist/SectionListMetrics.h"
 
+#include <QGuiApplication>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QStyleHints>
 
 namespace Metrics = SectionListMetrics;
 
@@ -52,13 +54,20 @@ void SectionListRow::mousePressEvent(QMouseEvent *event)
         event->ignore();
         return;
     }
+    m_pressedAt = event->position().toPoint();
     setPress(true, true);
 }
 
 void SectionListRow::mouseMoveEvent(QMouseEvent *event)
 {
-    if (m_armed)
-        setPress(true, isUnder(event->position().toPoint()));
+    if (!m_armed)
+        return;
+    const QPoint at = event->position().toPoint();
+    const int way = (at - m_pressedAt).manhattanLength();
+    if (way >= QGuiApplication::styleHints()->startDragDistance())
+        forgetPress(); // a drag, wherever it ends
+    else
+        setPress(true, isUnder(at));
 }
 
 void SectionListRow::mouseReleaseEvent(QMouseEvent *event)

@@ -32,6 +32,7 @@ public:
 
 Q_SIGNALS:
     /// A click, Return, Enter or Space on the row itself, not on its buttons; or a screen reader.
+    /// No drag.
     void activated();
 
 protected:
@@ -59,6 +60,7 @@ private:
     bool isUnder(QPoint point) const;
 
     State m_state;
+    QPoint m_pressedAt; ///< where the left button went down
     bool m_armed = false; ///< the left button went down on the row and is still held
     bool m_pressed = false; ///< armed, and the pointer is on the row
 };
