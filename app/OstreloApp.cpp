@@ -58,8 +58,8 @@ OstreloApp::OstreloApp(QObject *parent)
     QApplication::setFont(appFont(13));
     loadTranslation();
     makeMenuBar();
-    connect(&m_colorScheme, &DesktopColorScheme::changed, this, &OstreloApp::applyColorScheme);
-    connect(&m_colorScheme, &DesktopColorScheme::settled, this, &OstreloApp::openFirstWindow);
+    connect(&m_appearance, &DesktopAppearance::changed, this, &OstreloApp::applyColors);
+    connect(&m_appearance, &DesktopAppearance::settled, this, &OstreloApp::openFirstWindow);
     QTimer::singleShot(longestWait, this, &OstreloApp::openFirstWindow);
 #ifndef Q_OS_MACOS // there the program stays without windows
     // With the last window the program ends, unless a write is on its way; and then, too, in the
@@ -77,7 +77,7 @@ void OstreloApp::openFirstWindow()
     if (m_hasOpened)
         return;
     m_hasOpened = true;
-    applyColorScheme();
+    applyColors();
     openWindow();
 }
 
@@ -95,11 +95,13 @@ void OstreloApp::openWindow()
     window->show();
 }
 
-void OstreloApp::applyColorScheme()
+void OstreloApp::applyColors()
 {
 #ifndef Q_OS_MACOS // there the platform's palette follows the desktop by itself
-    const bool isDark = m_colorScheme.prefersDark().value_or(m_desktopIsDark);
-    QApplication::setPalette(applicationPalette(isDark ? ColorScheme::Dark : ColorScheme::Light));
+    const bool isDark = m_appearance.prefersDark().value_or(m_desktopIsDark);
+    QApplication::setPalette(
+        applicationPalette(isDark ? ColorScheme::Dark : ColorScheme::Light,
+                           m_appearance.wantsContrast() ? Contrast::More : Contrast::Usual));
 #endif
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/DesktopColorScheme.h"
+#include "platform/DesktopAppearance.h"
 
 #include <QTranslator>
 
@@ -25,11 +25,11 @@ public:
 
 private:
     void openFirstWindow();
-    void applyColorScheme();
+    void applyColors();
     void loadTranslation();
     void makeMenuBar();
 
-    DesktopColorScheme m_colorScheme;
+    DesktopAppearance m_appearance;
     QTranslator m_translator;
     std::unique_ptr<QMenuBar> m_menuBar; ///< of the program, not of a window: on macOS only
     bool m_hasOpened = false;

@@ -72,9 +72,13 @@ QSize AccountButton::minimumSizeHint() const
 void AccountButton::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
-    fillRounded(painter, rect(), radius, accountLift(palette()));
-    fillRounded(painter, rect(), radius,
-                m_isOpen || isDown() ? accountOpen(palette()) : accountFill(palette()));
+    if (m_isOpen || isDown()) {
+        fillRounded(painter, rect(), radius, accountOpen(palette()));
+    } else {
+        fillRounded(painter, rect(), radius, accountLift(palette()));
+        fillRounded(painter, rect(), radius, accountFill(palette()));
+    }
+    strokeRounded(painter, rect(), radius, controlEdge(palette()));
     const QRectF symbol(paddingX, (height() - symbolSize) / 2.0, symbolSize, symbolSize);
     paintSymbol(painter, Symbol::Person, symbol, symbolSize, secondaryText(palette()));
     if (m_email.isEmpty())

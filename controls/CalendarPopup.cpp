@@ -134,6 +134,13 @@ void CalendarPopup::open(QDate day)
     m_month->setFocus(Qt::PopupFocusReason);
 }
 
+void CalendarPopup::changeEvent(QEvent *event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        m_month->updateColors();
+}
+
 void CalendarPopup::keyPressEvent(QKeyEvent *event)
 {
     if (event->matches(QKeySequence::Cancel))

@@ -21,6 +21,7 @@ Q_SIGNALS:
     void chosen(QDate day); ///< the calendar is closed already
 
 protected:
+    void changeEvent(QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void paintEvent(QPaintEvent *event) override;

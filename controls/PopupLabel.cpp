@@ -106,6 +106,7 @@ void PopupLabel::paintEvent(QPaintEvent *)
     fillRounded(painter, rect(), radius, buttonLift(palette()));
     fillRounded(painter, rect(), radius,
                 isDown() ? buttonPressed(palette()) : buttonFill(palette()));
+    strokeRounded(painter, rect(), radius, controlEdge(palette()));
     const int size = scaled(chevronSize);
     paintSymbol(painter, Symbol::ChevronDown, QRectF(width() - paddingX - size, 0, size, height()),
                 size, secondaryText(palette()));

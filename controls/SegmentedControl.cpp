@@ -83,12 +83,14 @@ protected:
         QPainter painter(this);
         fillRounded(painter, rect(), trackRadius, accountLift(palette()));
         fillRounded(painter, rect(), trackRadius, buttonFill(palette()));
+        strokeRounded(painter, rect(), trackRadius, controlEdge(palette()));
         const auto segments = findChildren<QRadioButton *>(Qt::FindDirectChildrenOnly);
         for (const auto *segment : segments) {
             if (!segment->isChecked())
                 continue;
             paintShadow(painter, segment->geometry(), {1, 2, segmentShadow(palette())});
             fillRounded(painter, segment->geometry(), segmentRadius, segmentFill(palette()));
+            strokeRounded(painter, segment->geometry(), segmentRadius, controlEdge(palette()));
         }
     }
 };

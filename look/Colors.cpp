@@ -1,75 +1,20 @@
 #include "look/Colors.h"
 
+#include "look/Shades.h"
+
+using namespace Shades;
+
 namespace {
 
-/// One role in both schemes, as 0xRRGGBB and per cent.
-struct Pair {
-    QRgb light;
-    int lightPercent;
-    QRgb dark;
-    int darkPercent;
-};
+constexpr Pair strongHairline{{0x7A7A82}, {0xA0A0A8}};
 
-QColor shade(QRgb rgb, int percent)
+/// For roles that stand out more where that is asked for.
+QColor in(const QPalette &palette, const Pair &usual, const Pair &more)
 {
-    QColor color(rgb);
-    color.setAlphaF(static_cast<float>(percent) / 100);
-    return color;
+    return in(palette, contrastOf(palette) == Contrast::More ? more : usual);
 }
-
-QColor in(ColorScheme scheme, const Pair &pair)
-{
-    return scheme == ColorScheme::Dark ? shade(pair.dark, pair.darkPercent)
-                                       : shade(pair.light, pair.lightPercent);
-}
-
-QColor in(const QPalette &palette, const Pair &pair)
-{
-    return in(schemeOf(palette), pair);
-}
-
-constexpr QRgb black = 0x000000;
-constexpr QRgb white = 0xFFFFFF;
-
-constexpr Pair window{0xF2F2F4, 100, 0x2D2D31, 100};
-constexpr Pair surface{white, 100, 0x232326, 100};
-constexpr Pair popup{white, 100, 0x313136, 100};
-constexpr Pair text{0x1C1C1F, 100, 0xF2F2F4, 100};
-constexpr Pair secondary{0x5C5C65, 100, 0xBCBCC4, 100};
-constexpr Pair accentFill{0x1F5DB2, 100, 0x3A73C4, 100};
-constexpr Pair ink{0x1F5DB2, 100, 0x93BCF7, 100};
 
 } // namespace
-
-QPalette applicationPalette(ColorScheme scheme)
-{
-    QPalette palette(in(scheme, window));
-    const auto set = [&](std::initializer_list<QPalette::ColorRole> roles, const QColor &color) {
-        QColor faded = color;
-        faded.setAlphaF(static_cast<float>(disabledOpacity));
-        for (const auto role : roles) {
-            palette.setColor(role, color);
-            palette.setColor(QPalette::Disabled, role, faded);
-        }
-    };
-    set({QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::ToolTipText},
-        in(scheme, text));
-    set({QPalette::PlaceholderText}, in(scheme, secondary));
-    set({QPalette::Link, QPalette::LinkVisited}, in(scheme, ink));
-    palette.setColor(QPalette::Window, in(scheme, window));
-    palette.setColor(QPalette::Base, in(scheme, surface));
-    palette.setColor(QPalette::AlternateBase, in(scheme, surface));
-    palette.setColor(QPalette::ToolTipBase, in(scheme, popup));
-    palette.setColor(QPalette::Highlight, in(scheme, accentFill));
-    palette.setColor(QPalette::HighlightedText, QColor(white));
-    return palette;
-}
-
-ColorScheme schemeOf(const QPalette &palette)
-{
-    return palette.color(QPalette::Active, QPalette::Window).lightness() < 128 ? ColorScheme::Dark
-                                                                               : ColorScheme::Light;
-}
 
 QColor windowColor(const QPalette &palette)
 {
@@ -98,17 +43,17 @@ QColor secondaryText(const QPalette &palette)
 
 QColor hairline(const QPalette &palette)
 {
-    return in(palette, {0xE2E2E6, 100, 0x38383C, 100});
+    return in(palette, {{0xE2E2E6}, {0x38383C}}, strongHairline);
 }
 
 QColor paneEdge(const QPalette &palette)
 {
-    return in(palette, {0xD8D8DD, 100, 0x38383C, 100});
+    return in(palette, of(contrastOf(palette), edges));
 }
 
 QColor sheetHairline(const QPalette &palette)
 {
-    return in(palette, {0xE2E2E6, 100, 0x45454B, 100});
+    return in(palette, {{0xE2E2E6}, {0x45454B}}, strongHairline);
 }
 
 QColor accent(const QPalette &palette)
@@ -135,12 +80,12 @@ QColor accentInk(const QPalette &palette)
 
 QColor red(const QPalette &palette)
 {
-    return in(palette, {0xB2202B, 100, 0xFF9A92, 100});
+    return in(palette, {{0xB2202B}, {0xFF9A92}});
 }
 
 QColor rowHover(const QPalette &palette)
 {
-    return in(palette, {black, 4, white, 6});
+    return in(palette, {{black, 4}, {white, 6}});
 }
 
 QColor rowSelected(const QPalette &palette)
@@ -153,95 +98,100 @@ QColor rowSelected(const QPalette &palette)
 
 QColor iconButtonHover(const QPalette &palette)
 {
-    return in(palette, {black, 6, white, 8});
+    return in(palette, {{black, 6}, {white, 8}});
 }
 
 QColor iconButtonPressed(const QPalette &palette)
 {
-    return in(palette, {black, 12, white, 12});
+    return in(palette, {{black, 12}, {white, 12}});
 }
 
 QColor menuHover(const QPalette &palette)
 {
-    return in(palette, {black, 7, white, 9});
+    return in(palette, {{black, 7}, {white, 9}});
 }
 
 QColor accountFill(const QPalette &palette)
 {
-    return in(palette, {black, 4, black, 4});
+    return in(palette, {{black, 4}, {black, 4}});
 }
 
 QColor accountOpen(const QPalette &palette)
 {
-    return in(palette, {black, 10, white, 12});
+    return in(palette, {{black, 10}, {white, 12}});
 }
 
 QColor buttonFill(const QPalette &palette)
 {
-    return in(palette, {black, 6, black, 6});
+    return in(palette, {{black, 6}, {black, 6}});
 }
 
 QColor buttonPressed(const QPalette &palette)
 {
-    return in(palette, {black, 12, black, 12});
+    return in(palette, {{black, 12}, {black, 12}});
 }
 
 QColor buttonLine(const QPalette &palette)
 {
-    return in(palette, {black, 8, black, 8});
+    return in(palette, {{black, 8}, {black, 8}}, of(Contrast::More, edges));
 }
 
 QColor buttonLift(const QPalette &palette)
 {
-    return in(palette, {white, 0, white, 12});
+    return in(palette, {{white, 0}, {white, 12}});
 }
 
 QColor accountLift(const QPalette &palette)
 {
-    return in(palette, {white, 0, white, 7});
+    return in(palette, {{white, 0}, {white, 7}});
+}
+
+QColor controlEdge(const QPalette &palette)
+{
+    return in(palette, {{black, 0}, {black, 0}}, of(Contrast::More, edges));
 }
 
 QColor chipPlate(const QPalette &palette)
 {
-    return in(palette, {white, 100, 0xB8B8BE, 100});
+    return in(palette, {{white}, {0xB8B8BE}});
 }
 
 QColor segmentFill(const QPalette &palette)
 {
-    return in(palette, {white, 100, 0x56565D, 100});
+    return in(palette, {{white}, {0x56565D}});
 }
 
 QColor segmentShadow(const QPalette &palette)
 {
-    return in(palette, {black, 18, black, 24});
+    return in(palette, {{black, 18}, {black, 24}});
 }
 
 QColor dim(const QPalette &palette)
 {
-    return in(palette, {black, 18, black, 36});
+    return in(palette, {{black, 18}, {black, 36}});
 }
 
 QColor cardEdge(const QPalette &palette)
 {
-    return in(palette, {black, 12, white, 12});
+    return in(palette, {{black, 12}, {white, 12}}, of(Contrast::More, edges));
 }
 
 QColor cardShadow(const QPalette &palette)
 {
-    return in(palette, {black, 20, black, 50});
+    return in(palette, {{black, 20}, {black, 50}});
 }
 
 QColor popupShadow(const QPalette &palette)
 {
-    return in(palette, {black, 22, black, 56});
+    return in(palette, {{black, 22}, {black, 56}});
 }
 
 QColor scrollThumb(const QPalette &palette)
 {
-    return in(palette, {black, 18, white, 20});
+    return in(palette, {{black, 18}, {white, 20}}, of(Contrast::More, edges));
 }
 
 QColor spinnerTrack(const QPalette &palette)
 {
-    return in(palette, {black, 10, white, 14});
+    return in(palette, {{black, 10}, {white, 14}});
 }

@@ -1,17 +1,8 @@
 #pragma once
 
+#include "look/ApplicationPalette.h"
+
 #include <QColor>
-#include <QPalette>
-
-/// The colours of the application. The palette carries those that it has a role for; the others are
-/// derived from it, so that setting another palette is all that a change of scheme takes.
-enum class ColorScheme { Light, Dark };
-
-/// The palette to hand to QApplication::setPalette.
-QPalette applicationPalette(ColorScheme scheme);
-
-/// The scheme that a palette belongs to, by the lightness of its window.
-ColorScheme schemeOf(const QPalette &palette);
 
 /// A role below: what widgets take when the caller may choose a colour.
 using ColorRole = QColor (*)(const QPalette &);
@@ -35,12 +26,13 @@ QColor iconButtonHover(const QPalette &palette);
 QColor iconButtonPressed(const QPalette &palette);
 QColor menuHover(const QPalette &palette);
 QColor accountFill(const QPalette &palette); ///< account button, over its lift
-QColor accountOpen(const QPalette &palette); ///< the same while its popover is open
+QColor accountOpen(const QPalette &palette); ///< all of it while its popover is open, without lift
 QColor buttonFill(const QPalette &palette); ///< secondary buttons and pop-up labels, over the lift
 QColor buttonPressed(const QPalette &palette);
 QColor buttonLine(const QPalette &palette); ///< also around fields
 QColor buttonLift(const QPalette &palette); ///< transparent where the surface needs none
 QColor accountLift(const QPalette &palette); ///< account button and segment track
+QColor controlEdge(const QPalette &palette); ///< of what needs none but for more contrast
 QColor chipPlate(const QPalette &palette);
 QColor segmentFill(const QPalette &palette); ///< the chosen segment
 QColor segmentShadow(const QPalette &palette); ///< that it casts
@@ -50,6 +42,3 @@ QColor cardShadow(const QPalette &palette);
 QColor popupShadow(const QPalette &palette); ///< menus, popover
 QColor scrollThumb(const QPalette &palette);
 QColor spinnerTrack(const QPalette &palette);
-
-/// How much of a control is seen while it is disabled.
-inline constexpr qreal disabledOpacity = 0.45;

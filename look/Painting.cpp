@@ -20,6 +20,8 @@ void fillRounded(QPainter &painter, const QRectF &rect, qreal radius, const QCol
 void strokeRounded(QPainter &painter, const QRectF &rect, qreal radius, const QColor &color,
                    qreal width)
 {
+    if (color.alpha() == 0)
+        return;
     const qreal half = width / 2;
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);

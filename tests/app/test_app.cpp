@@ -2,6 +2,7 @@
 #include "browse/ContentView.h"
 #include "look/Colors.h"
 #include "support/OwnHome.h"
+#include "support/PrivateBus.h"
 #include "support/StandInPortal.h"
 
 #include <QApplication>

@@ -3,7 +3,7 @@
 #include "app/OstreloApp.h"
 #include "support/MembersWindow.h"
 #include "support/OwnHome.h"
-#include "support/StandInPortal.h"
+#include "support/PrivateBus.h"
 
 #include <QApplication>
 #include <QSignalSpy>

@@ -1,6 +1,8 @@
 #include "browse/AccountButton.h"
 
 #include "look/Accessibility.h"
+#include "look/Colors.h"
+#include "support/Picture.h"
 #include "support/Typing.h"
 
 #include <QSignalSpy>
@@ -17,6 +19,7 @@ private Q_SLOTS:
     void anAddressTooLongToBeSeenIsReadAndShownWhole();
     void theReaderPressesIt();
     void aHeldKeyPressesOnce();
+    void itsGroundStaysCalmEnoughToReadWhileItsMenuIsOpen();
 };
 
 namespace {
@@ -70,6 +73,24 @@ void TestAccountButton::aHeldKeyPressesOnce()
     QCOMPARE(clicked.count(), 1);
     hold(&button, Qt::Key_Space);
     QCOMPARE(clicked.count(), 2);
+}
+
+void TestAccountButton::itsGroundStaysCalmEnoughToReadWhileItsMenuIsOpen()
+{
+    for (const auto scheme : {ColorScheme::Light, ColorScheme::Dark}) {
+        QApplication::setPalette(applicationPalette(scheme));
+        AccountButton button;
+        button.setEmail(u"a@exemple.fr"_s);
+        button.resize(button.sizeHint());
+        const QPalette palette = QApplication::palette();
+        const QPoint ground(button.width() / 2, 1);
+        const QColor closed =
+            blended(accountFill(palette), blended(accountLift(palette), windowColor(palette)));
+        COMPARE_COLORS(picture(button).pixelColor(ground), closed);
+        button.setOpen(true);
+        COMPARE_COLORS(picture(button).pixelColor(ground),
+                       blended(accountOpen(palette), windowColor(palette)));
+    }
 }
 
 QTEST_MAIN(TestAccountButton)

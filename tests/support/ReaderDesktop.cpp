@@ -1,5 +1,6 @@
 #include "support/ReaderDesktop.h"
 
+#include <QDBusMessage>
 #include <QDBusReply>
 #include <QDir>
 #include <QTest>
@@ -41,7 +42,7 @@ ReaderDesktop::ReaderDesktop()
 
     startScreen();
     m_manager = std::make_unique<StandInWindowManager>();
-    m_session = std::make_unique<PrivateBus>();
+    m_session = std::make_unique<PrivateBus>(QStringList{busName()});
     const QString address = accessibilityBus();
     m_bus = QDBusConnection::connectToBus(address, u"reader"_s);
     if (!m_bus.isConnected())

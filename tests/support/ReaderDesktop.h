@@ -1,8 +1,9 @@
 #pragma once
 
-#include "support/StandInPortal.h"
+#include "support/PrivateBus.h"
 #include "support/StandInWindowManager.h"
 
+#include <QDBusConnection>
 #include <QProcess>
 #include <QTemporaryDir>
 

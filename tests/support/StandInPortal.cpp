@@ -1,74 +1,71 @@
 #include "support/StandInPortal.h"
 
-#include <QUuid>
+#include "support/PrivateBus.h"
 
 #include <csignal>
 #include <sys/prctl.h>
 
 using namespace Qt::StringLiterals;
 
-PrivateBus::PrivateBus()
+StandInPortal::StandInPortal(const PrivateBus &bus, uint scheme, uint contrast)
 {
-    m_daemon.setProcessChannelMode(QProcess::SeparateChannels);
-    m_daemon.setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGTERM); });
-    m_daemon.start(
-        u"dbus-daemon"_s,
-        {u"--session"_s, u"--nofork"_s, u"--nopidfile"_s, u"--nosyslog"_s, u"--print-address"_s});
-    if (!m_daemon.waitForReadyRead(20'000))
-        qFatal("dbus-daemon did not start: %s", m_daemon.readAllStandardError().constData());
-    m_address = QString::fromLatin1(m_daemon.readLine()).trimmed();
-    qputenv("DBUS_SESSION_BUS_ADDRESS", m_address.toLatin1());
-}
-
-PrivateBus::~PrivateBus()
-{
-    m_daemon.kill();
-    m_daemon.waitForFinished();
-}
-
-StandInPortal::StandInPortal(const PrivateBus &bus, uint scheme)
-    : m_connectionName(QUuid::createUuid().toString())
-    , m_bus(QDBusConnection::connectToBus(bus.address(), m_connectionName))
-    , m_scheme(scheme)
-{
-    m_bus.registerObject(u"/org/freedesktop/portal/desktop"_s, this,
-                         QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllSignals);
-    if (!m_bus.registerService(u"org.freedesktop.portal.Desktop"_s))
-        qFatal("the stand-in portal has no bus");
+    m_program.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    m_program.setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGKILL); });
+    m_program.start(QString::fromUtf8(AMORVELLE_STAND_IN_PORTAL),
+                    {bus.address(), QString::number(scheme), QString::number(contrast)});
+    if (!m_program.waitForReadyRead(20'000) || m_program.readLine() != "ready\n")
+        qFatal("the stand-in portal does not start");
+    connect(&m_program, &QProcess::readyReadStandardOutput, this, &StandInPortal::read);
 }
 
 StandInPortal::~StandInPortal()
 {
-    QDBusConnection::disconnectFromBus(m_connectionName);
+    m_program.closeWriteChannel(); // which it takes for its end
+    if (!m_program.waitForFinished())
+        m_program.kill();
+    m_program.waitForFinished();
 }
 
 void StandInPortal::change(uint scheme)
 {
-    m_scheme = scheme;
-    Q_EMIT SettingChanged(u"org.freedesktop.appearance"_s, u"color-scheme"_s, QDBusVariant(scheme));
+    tell(u"org.freedesktop.appearance"_s, u"color-scheme"_s, scheme);
+}
+
+void StandInPortal::changeContrast(uint contrast)
+{
+    tell(u"org.freedesktop.appearance"_s, u"contrast"_s, contrast);
+}
+
+void StandInPortal::tell(const QString &group, const QString &key, uint value)
+{
+    command(u"tell %1 %2 %3"_s.arg(group, key).arg(value));
+}
+
+void StandInPortal::holdAnswers()
+{
+    command(u"hold"_s);
 }
 
 void StandInPortal::answer()
 {
-    m_holds = false;
-    for (const QDBusMessage &question : std::as_const(m_held))
-        m_bus.send(question.createReply(
-            QVariant::fromValue(QDBusVariant(QVariant::fromValue(QDBusVariant(m_scheme))))));
-    m_held.clear();
+    command(u"answer"_s);
 }
 
-QDBusVariant StandInPortal::Read(const QString &group, const QString &key)
+void StandInPortal::command(const QString &line)
 {
-    ++m_questions;
-    if (group != u"org.freedesktop.appearance"_s || key != u"color-scheme"_s) {
-        sendErrorReply(u"org.freedesktop.portal.Error.NotFound"_s, u"no such setting"_s);
-        return {};
+    m_program.write(line.toLatin1() + '\n');
+    m_program.waitForBytesWritten();
+    // It says when it has done so: what the test does next comes after.
+    while (!m_program.canReadLine() || m_program.peek(5) != "done\n") {
+        read();
+        if (!m_program.canReadLine() && !m_program.waitForReadyRead(20'000))
+            qFatal("the stand-in portal does not answer");
     }
-    if (m_holds) {
-        setDelayedReply(true);
-        m_held.append(message());
-        return {};
-    }
-    // This method of the portal wraps its answer twice.
-    return QDBusVariant(QVariant::fromValue(QDBusVariant(m_scheme)));
+    m_program.readLine();
+}
+
+void StandInPortal::read()
+{
+    while (m_program.canReadLine() && m_program.peek(5) != "done\n")
+        m_questions.append(QString::fromLatin1(m_program.readLine()).trimmed());
 }

@@ -1,57 +1,38 @@
 #pragma once
 
-#include <QDBusConnection>
-#include <QDBusContext>
-#include <QDBusMessage>
-#include <QDBusVariant>
 #include <QObject>
 #include <QProcess>
 
-/// A session bus of the test's own, so that no test talks to the desktop it runs on. The
-/// environment names it to everything in this process from then on.
-class PrivateBus {
-public:
-    PrivateBus();
-    ~PrivateBus();
-    PrivateBus(const PrivateBus &) = delete;
-    PrivateBus &operator=(const PrivateBus &) = delete;
+class PrivateBus;
 
-    const QString &address() const { return m_address; }
-
-private:
-    QProcess m_daemon;
-    QString m_address;
-};
-
-/// A desktop's settings portal as far as it tells light from dark.
-class StandInPortal : public QObject, protected QDBusContext {
+/// A desktop's settings portal as far as colours go: a program of its own, as on a desktop, so that
+/// nothing it tells the toolkit's bus library about itself is known in the test's process.
+class StandInPortal : public QObject {
     Q_OBJECT
 
-    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Settings")
 public:
-    /// `scheme`: 0 no preference, 1 dark, 2 light.
-    StandInPortal(const PrivateBus &bus, uint scheme);
+    /// `scheme`: 0 no preference, 1 dark, 2 light. `contrast`: 1 for more of it. Serves when the
+    /// constructor is through.
+    explicit StandInPortal(const PrivateBus &bus, uint scheme, uint contrast = 0);
+    /// Ends it.
     ~StandInPortal() override;
+    Q_DISABLE_COPY_MOVE(StandInPortal)
 
     /// The desktop's user switches: tells all listeners.
     void change(uint scheme);
+    void changeContrast(uint contrast);
+    /// Tells all listeners of a change of any setting.
+    void tell(const QString &group, const QString &key, uint value);
     /// From now on questions wait until answer() is called.
-    void holdAnswers() { m_holds = true; }
+    void holdAnswers();
     void answer();
-    int questions() const { return m_questions; }
-
-public Q_SLOTS:
-    // NOLINTNEXTLINE(readability-identifier-naming): the bus's name for it
-    QDBusVariant Read(const QString &group, const QString &key);
-
-Q_SIGNALS:
-    void SettingChanged(const QString &group, const QString &key, const QDBusVariant &value);
+    /// What was asked for so far, in order.
+    const QStringList &questions() const { return m_questions; }
 
 private:
-    QString m_connectionName;
-    QDBusConnection m_bus;
-    uint m_scheme;
-    bool m_holds = false;
-    int m_questions = 0;
-    QList<QDBusMessage> m_held;
+    void command(const QString &line);
+    void read();
+
+    QProcess m_program;
+    QStringList m_questions;
 };
