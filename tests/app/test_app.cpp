@@ -60,6 +60,7 @@ private Q_SLOTS:
     void aDarkDesktopGetsADarkFirstFrame();
     void aDesktopThatDoesNotAnswerHoldsNothingUp();
     void theWindowTurnsDarkWithTheDesktop();
+    void theWindowStandsOutMoreWhereTheDesktopAsksForIt();
     void aFurtherWindowOpensFromTheKeyboard();
     void aWindowClosesFromTheKeyboardAndLeavesTheOthers();
     void quittingClosesAllWindows();
@@ -132,6 +133,21 @@ void TestApp::theWindowTurnsDarkWithTheDesktop()
     QTRY_VERIFY(isDark(onlyWindow()));
     portal.change(2);
     QTRY_VERIFY(!isDark(onlyWindow()));
+}
+
+void TestApp::theWindowStandsOutMoreWhereTheDesktopAsksForIt()
+{
+    StandInPortal portal(m_bus, 2, 1);
+    const OstreloApp app;
+    QTRY_VERIFY(onlyWindow());
+    QCOMPARE(contrastOf(onlyWindow()->palette()), Contrast::More);
+    QVERIFY(!isDark(onlyWindow()));
+    portal.changeContrast(0);
+    QTRY_COMPARE(contrastOf(onlyWindow()->palette()), Contrast::Usual);
+    portal.changeContrast(1);
+    portal.change(1);
+    QTRY_VERIFY(isDark(onlyWindow()));
+    QTRY_COMPARE(contrastOf(onlyWindow()->palette()), Contrast::More);
 }
 
 void TestApp::aFurtherWindowOpensFromTheKeyboard()
