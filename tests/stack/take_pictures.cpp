@@ -1,4 +1,4 @@
-// Takes the pictures in docs/: the window and its sheets on the local service, light and dark.
+// Takes pictures for scripts/pictures: the window and its sheets on the local service, light and dark.
 // Usage: take_pictures FOLDER SUFFIX [invented], where SUFFIX ("" or "-2x") goes with
 // QT_SCALE_FACTOR; "invented": the few on invented events, in a process of their own, since the
 // service is chosen once in a process.
@@ -239,6 +239,7 @@ int main(int argc, char *argv[])
 {
     const OwnHome home;
     const QApplication application(argc, argv);
+    QApplication::setCursorFlashTime(0); // it would be there or not by chance
     const QStringList arguments = QApplication::arguments();
     if (arguments.size() < 3)
         qFatal("usage: take_pictures FOLDER SUFFIX [invented]");
