@@ -3,16 +3,15 @@
 
 #include "controls/SegmentedControl.h"
 #include "controls/TextLabel.h"
-#include "look/Accessibility.h"
 #include "look/Colors.h"
 #include "look/Fonts.h"
 #include "support/HttpServer.h"
 #include "support/LoginForm.h"
 #include "support/Picture.h"
+#include "support/ViewMain.h"
 
 #include <QInputMethodEvent>
 #include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QWindow>
 
 using namespace Qt::StringLiterals;
@@ -383,17 +382,7 @@ private:
 
 int main(int argc, char *argv[])
 {
-    const QApplication application(argc, argv);
-    installAccessibility();
-    const QTemporaryDir folder;
-    HttpServer server;
-    qputenv("XDG_CONFIG_HOME", QFile::encodeName(folder.path()));
-    qputenv("SUPABASE_URL", server.base().toLatin1());
-    qputenv("SUPABASE_KEY", "public-key");
-    TestLoginView test(server);
-    const int result = QTest::qExec(&test, argc, argv);
-    server.hangUp();
-    return result;
+    return runWithService<TestLoginView>(argc, argv);
 }
 
 #include "test_login_view.moc"

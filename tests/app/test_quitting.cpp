@@ -53,8 +53,7 @@ private Q_SLOTS:
         m_server.answerWith([this](const HttpRequest &request) {
             if (request.method == "GET")
                 return m_toLoad;
-            return request.method == "DELETE" ? m_toDelete
-                                              : HttpAnswer::whole(200, sessionOf("moi"));
+            return request.method == "DELETE" ? m_toDelete : granting();
         });
         m_application = std::make_unique<OstreloApp>();
         QTRY_VERIFY(qobject_cast<ContentView *>(QApplication::activeWindow()));

@@ -2,6 +2,7 @@
 
 #include "look/Accessibility.h"
 #include "look/Colors.h"
+#include "support/Announcements.h"
 #include "support/Picture.h"
 #include "support/Typing.h"
 
@@ -22,26 +23,17 @@ private Q_SLOTS:
     void itsGroundStaysCalmEnoughToReadWhileItsMenuIsOpen();
 };
 
-namespace {
-
-QAccessibleInterface *read(QWidget &widget)
-{
-    return QAccessible::queryAccessibleInterface(&widget);
-}
-
-} // namespace
-
 void TestAccountButton::theReaderTellsTheAddressThatIsShown()
 {
     AccountButton button;
-    QCOMPARE(read(button)->role(), QAccessible::Button);
-    QCOMPARE(read(button)->text(QAccessible::Name), u"Compte"_s);
-    QCOMPARE(read(button)->text(QAccessible::Description), QString());
+    QCOMPARE(read(&button)->role(), QAccessible::Button);
+    QCOMPARE(read(&button)->text(QAccessible::Name), u"Compte"_s);
+    QCOMPARE(read(&button)->text(QAccessible::Description), QString());
     button.setEmail(u"a@exemple.fr"_s);
-    QCOMPARE(read(button)->text(QAccessible::Name), u"Compte"_s);
-    QCOMPARE(read(button)->text(QAccessible::Description), u"a@exemple.fr"_s);
+    QCOMPARE(read(&button)->text(QAccessible::Name), u"Compte"_s);
+    QCOMPARE(read(&button)->text(QAccessible::Description), u"a@exemple.fr"_s);
     button.setEmail({});
-    QCOMPARE(read(button)->text(QAccessible::Description), QString());
+    QCOMPARE(read(&button)->text(QAccessible::Description), QString());
 }
 
 void TestAccountButton::anAddressTooLongToBeSeenIsReadAndShownWhole()
@@ -50,7 +42,7 @@ void TestAccountButton::anAddressTooLongToBeSeenIsReadAndShownWhole()
     AccountButton button;
     button.setEmail(address);
     QVERIFY(button.toolTip().contains(address));
-    QCOMPARE(read(button)->text(QAccessible::Description), address);
+    QCOMPARE(read(&button)->text(QAccessible::Description), address);
 }
 
 void TestAccountButton::theReaderPressesIt()
@@ -58,7 +50,7 @@ void TestAccountButton::theReaderPressesIt()
     AccountButton button;
     int pressed = 0;
     connect(&button, &QAbstractButton::clicked, this, [&pressed] { ++pressed; });
-    auto *actions = read(button)->actionInterface();
+    auto *actions = read(&button)->actionInterface();
     QVERIFY(actions->actionNames().contains(QAccessibleActionInterface::pressAction()));
     actions->doAction(QAccessibleActionInterface::pressAction());
     QTRY_COMPARE(pressed, 1);

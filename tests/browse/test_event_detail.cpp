@@ -3,7 +3,7 @@
 #include "controls/SymbolLabel.h"
 #include "controls/TextLabel.h"
 #include "sectionlist/SectionList.h"
-#include "support/OwnHome.h"
+#include "support/ViewMain.h"
 #include "support/WindowTest.h"
 
 #include <QApplication>
@@ -339,15 +339,6 @@ void TestEventDetail::returnInTheListOpensTheEvent()
 
 int main(int argc, char *argv[])
 {
-    const OwnHome home;
-    const QApplication application(argc, argv);
-    HttpServer server;
-    // The configuration is read once, at the first use of the service.
-    qputenv("SUPABASE_URL", server.base().toLatin1());
-    qputenv("SUPABASE_KEY", "public-key");
-    TestEventDetail test(server);
-    const int result = QTest::qExec(&test, argc, argv);
-    server.hangUp();
-    return result;
+    return runWithService<TestEventDetail>(argc, argv);
 }
 #include "test_event_detail.moc"

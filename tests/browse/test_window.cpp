@@ -1,9 +1,8 @@
 #include "browse/EventRow.h"
 #include "controls/TabStrip.h"
-#include "look/Accessibility.h"
 #include "sectionlist/SectionList.h"
 #include "sectionlist/SectionListAccessible.h"
-#include "support/OwnHome.h"
+#include "support/ViewMain.h"
 #include "support/WindowTest.h"
 
 #include <QApplication>
@@ -404,17 +403,6 @@ void TestWindow::theWindowNeverGetsSmallerThanItsContentNeeds()
 
 int main(int argc, char *argv[])
 {
-    const OwnHome home;
-    const QApplication application(argc, argv);
-    installAccessibility();
-    installSectionListAccessibility();
-    HttpServer server;
-    // The configuration is read once, at the first use of the service.
-    qputenv("SUPABASE_URL", server.base().toLatin1());
-    qputenv("SUPABASE_KEY", "public-key");
-    TestWindow test(server);
-    const int result = QTest::qExec(&test, argc, argv);
-    server.hangUp();
-    return result;
+    return runWithService<TestWindow>(argc, argv, installSectionListAccessibility);
 }
 #include "test_window.moc"

@@ -222,7 +222,7 @@ private Q_SLOTS:
 
 int main(int argc, char *argv[])
 {
-    return run<TestWindowDeleting>(argc, argv);
+    return runWithService<TestWindowDeleting>(argc, argv, installSectionListAccessibility);
 }
 
 #include "test_window_deleting.moc"

@@ -160,7 +160,7 @@ private Q_SLOTS:
 
 int main(int argc, char *argv[])
 {
-    return run<TestWindowEditing>(argc, argv);
+    return runWithService<TestWindowEditing>(argc, argv, installSectionListAccessibility);
 }
 
 #include "test_window_editing.moc"

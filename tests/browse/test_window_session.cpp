@@ -347,7 +347,7 @@ private Q_SLOTS:
 
 int main(int argc, char *argv[])
 {
-    return run<TestWindowSession>(argc, argv);
+    return runWithService<TestWindowSession>(argc, argv, installSectionListAccessibility);
 }
 
 #include "test_window_session.moc"

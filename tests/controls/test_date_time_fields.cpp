@@ -1,3 +1,5 @@
+// Days and times that are typed, stepped and shown in the locale's way.
+
 #include "controls/CalendarPopup.h"
 #include "controls/DateField.h"
 #include "controls/DateOrder.h"
@@ -6,8 +8,7 @@
 #include "look/Accessibility.h"
 #include "look/Colors.h"
 #include "look/Compositing.h"
-#include "support/Picture.h"
-#include "support/Typing.h"
+#include "support/DateTimeForm.h"
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
@@ -18,51 +19,6 @@
 #include <QSignalSpy>
 
 using namespace Qt::StringLiterals;
-
-namespace {
-
-/// A form that scrolls, with both fields, in front. Counts the cancels that reach it.
-class Form : public QScrollArea {
-public:
-    explicit Form(const QString &locale = u"fr_FR"_s)
-        : date(new DateField(u"Date"_s, QLocale(locale), content))
-        , time(new TimeField(u"Heure"_s, QLocale(locale), content))
-    {
-        content->setFixedSize(380, 900);
-        date->setDate(QDate(2026, 11, 14));
-        time->setTime(QTime(14, 30));
-        date->move(20, 100);
-        time->move(200, 100);
-        setWidget(content);
-        resize(400, 400);
-        show();
-        activateWindow();
-        if (!QTest::qWaitForWindowActive(this))
-            qFatal("the window does not come to the front");
-        QApplication::focusWidget()->clearFocus();
-    }
-
-    CalendarPopup *calendar() const { return date->findChild<CalendarPopup *>(); }
-
-    QWidget *content = new QWidget;
-    DateField *date;
-    TimeField *time;
-    int cancels = 0;
-
-protected:
-    void keyPressEvent(QKeyEvent *event) override
-    {
-        if (event->key() == Qt::Key_Escape)
-            ++cancels;
-    }
-};
-
-QColor colorAt(Form &form, const QWidget *field, QPoint at)
-{
-    return picture(form).pixelColor(field->mapTo(&form, at));
-}
-
-} // namespace
 
 class TestDateTimeFields : public QObject {
     Q_OBJECT
@@ -82,14 +38,6 @@ private Q_SLOTS:
     void theTwoArrowsOfTheTimeStepIt();
     void minutesGoRoundWithoutChangingTheHour();
     void daysOfLongAgoAreShownAsTheyAre();
-    void theCalendarOpensByClickAndByKey();
-    void aDayIsChosenInTheCalendarByClick();
-    void aDayIsChosenInTheCalendarByKeys();
-    void escapeClosesTheCalendarFirstAndChoosesNothing();
-    void aClickElsewhereClosesTheCalendar();
-    void theCalendarGoesFromMonthToMonth();
-    void theCalendarIsNamedAndReadable();
-    void theCalendarsCardFollowsTheScheme();
     void theWheelOverAFieldScrollsTheForm();
     void theWheelChangesAFieldThatHasTheFocus();
     void returnIsNothingAndEscapeIsLeftToTheForm();
@@ -134,14 +82,14 @@ void TestDateTimeFields::theFieldsShowTheLocalesOrderAndDigits_data()
 void TestDateTimeFields::theFieldsShowTheLocalesOrderAndDigits()
 {
     QFETCH(QString, locale);
-    const Form form(locale);
+    const DateTimeForm form(locale);
     QTEST(form.date->text(), "date");
     QTEST(form.time->text(), "time");
 }
 
 void TestDateTimeFields::aDayIsTyped()
 {
-    const Form form;
+    const DateTimeForm form;
     form.date->setFocus(Qt::TabFocusReason);
     form.date->setSelectedSection(QDateTimeEdit::DaySection);
     type(form.date, u"05"_s);
@@ -152,7 +100,7 @@ void TestDateTimeFields::aDayIsTyped()
 
 void TestDateTimeFields::aDayIsTypedInTheLocalesOwnDigits()
 {
-    const Form form(u"fa_IR"_s);
+    const DateTimeForm form(u"fa_IR"_s);
     form.date->setFocus(Qt::TabFocusReason);
     form.date->setSelectedSection(QDateTimeEdit::DaySection);
     type(form.date, u"۰۵"_s);
@@ -161,7 +109,7 @@ void TestDateTimeFields::aDayIsTypedInTheLocalesOwnDigits()
 
 void TestDateTimeFields::aTimeIsTyped()
 {
-    const Form form;
+    const DateTimeForm form;
     form.time->setFocus(Qt::TabFocusReason);
     form.time->setSelectedSection(QDateTimeEdit::HourSection);
     type(form.time, u"0905"_s);
@@ -170,7 +118,7 @@ void TestDateTimeFields::aTimeIsTyped()
 
 void TestDateTimeFields::arrowKeysChangeWhatTheCursorIsIn()
 {
-    const Form form;
+    const DateTimeForm form;
     form.date->setFocus(Qt::TabFocusReason);
     QTest::keyClick(form.date, Qt::Key_Up);
     QCOMPARE(form.date->date(), QDate(2026, 11, 15));
@@ -181,7 +129,7 @@ void TestDateTimeFields::arrowKeysChangeWhatTheCursorIsIn()
 
 void TestDateTimeFields::theTwoArrowsOfTheTimeStepIt()
 {
-    const Form form;
+    const DateTimeForm form;
     form.time->setSelectedSection(QDateTimeEdit::MinuteSection);
     QTest::mouseClick(form.time, Qt::LeftButton, {}, {80 - 15, 8});
     QCOMPARE(form.time->time(), QTime(14, 31));
@@ -192,7 +140,7 @@ void TestDateTimeFields::theTwoArrowsOfTheTimeStepIt()
 
 void TestDateTimeFields::minutesGoRoundWithoutChangingTheHour()
 {
-    const Form form;
+    const DateTimeForm form;
     form.time->setTime(QTime(23, 59));
     form.time->setFocus(Qt::TabFocusReason);
     form.time->setSelectedSection(QDateTimeEdit::MinuteSection);
@@ -202,148 +150,15 @@ void TestDateTimeFields::minutesGoRoundWithoutChangingTheHour()
 
 void TestDateTimeFields::daysOfLongAgoAreShownAsTheyAre()
 {
-    const Form form;
+    const DateTimeForm form;
     form.date->setDate(QDate(1700, 2, 28));
     QCOMPARE(form.date->text(), u"28/02/1700"_s);
     QCOMPARE(form.date->date(), QDate(1700, 2, 28));
 }
 
-void TestDateTimeFields::theCalendarOpensByClickAndByKey()
-{
-    const Form form;
-    form.date->setFocus(Qt::TabFocusReason);
-    QTest::keyClick(form.date, Qt::Key_F4);
-    QVERIFY(form.calendar()->isVisible());
-    form.calendar()->close();
-    QTest::keyClick(form.date, Qt::Key_Down, Qt::AltModifier);
-    QVERIFY(form.calendar()->isVisible());
-    form.calendar()->close();
-    QTest::mouseClick(form.date->childAt(124 - 15, 14), Qt::LeftButton);
-    QVERIFY(form.calendar()->isVisible());
-    QCOMPARE(form.date->date(), QDate(2026, 11, 14));
-    const QRect card = form.calendar()->geometry().marginsRemoved(popupMargins(isComposited()));
-    QCOMPARE(card.topLeft(), form.date->mapToGlobal(QPoint(0, 28 + 4)));
-}
-
-void TestDateTimeFields::aDayIsChosenInTheCalendarByClick()
-{
-    const Form form;
-    const QSignalSpy changed(form.date, &QDateEdit::dateChanged);
-    form.date->openCalendar();
-    auto *month = form.calendar()->findChild<QCalendarWidget *>();
-    QWidget *days = month->findChild<QAbstractItemView *>()->viewport();
-    // The first line holds the names of the days; the second begins on Monday, 26 October.
-    QTest::mouseClick(days, Qt::LeftButton, {}, {32 * 2 + 16, 26 * 2 + 13});
-    QVERIFY(!form.calendar()->isVisible());
-    QCOMPARE(form.date->date(), QDate(2026, 11, 4));
-    QCOMPARE(changed.count(), 1);
-}
-
-void TestDateTimeFields::aDayIsChosenInTheCalendarByKeys()
-{
-    const Form form;
-    form.date->setFocus(Qt::TabFocusReason);
-    QTest::keyClick(form.date, Qt::Key_F4);
-    QWidget *days = form.calendar()->focusWidget();
-    QVERIFY(days);
-    QTest::keyClick(days, Qt::Key_Right);
-    QTest::keyClick(days, Qt::Key_Down);
-    QTest::keyClick(days, Qt::Key_PageDown);
-    QCOMPARE(form.date->date(), QDate(2026, 11, 14));
-    QTest::keyClick(days, Qt::Key_Return);
-    QVERIFY(!form.calendar()->isVisible());
-    QCOMPARE(form.date->date(), QDate(2026, 12, 22));
-    QVERIFY(form.date->hasFocus());
-}
-
-void TestDateTimeFields::escapeClosesTheCalendarFirstAndChoosesNothing()
-{
-    const Form form;
-    form.date->setFocus(Qt::TabFocusReason);
-    QTest::keyClick(form.date, Qt::Key_F4);
-    QTest::keyClick(form.calendar()->focusWidget(), Qt::Key_Right);
-    QTest::keyClick(form.calendar()->focusWidget(), Qt::Key_Escape);
-    QVERIFY(!form.calendar()->isVisible());
-    QCOMPARE(form.cancels, 0);
-    QCOMPARE(form.date->date(), QDate(2026, 11, 14));
-    QTest::keyClick(form.date, Qt::Key_Escape);
-    QCOMPARE(form.cancels, 1);
-}
-
-void TestDateTimeFields::aClickElsewhereClosesTheCalendar()
-{
-    const Form form;
-    const int inShadow = popupMargins(isComposited()).left() - 2;
-    for (const QPoint at : {QPoint(-50, -50), QPoint(inShadow, 60)}) {
-        form.date->openCalendar();
-        QTest::mouseClick(form.calendar(), Qt::LeftButton, {}, at);
-        QVERIFY(!form.calendar()->isVisible());
-    }
-    QCOMPARE(form.date->date(), QDate(2026, 11, 14));
-}
-
-void TestDateTimeFields::theCalendarGoesFromMonthToMonth()
-{
-    const Form form;
-    form.date->openCalendar();
-    auto *month = form.calendar()->findChild<QCalendarWidget *>();
-    const auto buttons = form.calendar()->findChildren<QAbstractButton *>();
-    for (auto *button : buttons) {
-        if (button->accessibleName() == u"Mois suivant")
-            QTest::mouseClick(button, Qt::LeftButton);
-    }
-    QCOMPARE(month->monthShown(), 12);
-    for (int i = 0; i < 2; ++i) {
-        for (auto *button : buttons) {
-            if (button->accessibleName() == u"Mois précédent")
-                QTest::mouseClick(button, Qt::LeftButton);
-        }
-    }
-    QCOMPARE(month->monthShown(), 10);
-    QVERIFY(form.calendar()->isVisible());
-    QCOMPARE(form.date->date(), QDate(2026, 11, 14));
-}
-
-void TestDateTimeFields::theCalendarIsNamedAndReadable()
-{
-    const Form form;
-    form.date->openCalendar();
-    QCOMPARE(form.calendar()->accessibleName(), u"Calendrier"_s);
-    QStringList names;
-    const auto parts = form.calendar()->findChildren<QWidget *>();
-    for (const QWidget *part : parts)
-        names.append(part->accessibleName());
-    QVERIFY(names.contains(u"Novembre 2026"_s));
-    auto *month = form.calendar()->findChild<QCalendarWidget *>();
-    QCOMPARE(month->firstDayOfWeek(), Qt::Monday);
-    auto *days = QAccessible::queryAccessibleInterface(month->findChild<QAbstractItemView *>());
-    QCOMPARE(days->tableInterface()->columnCount(), 7);
-}
-
-void TestDateTimeFields::theCalendarsCardFollowsTheScheme()
-{
-    Form form;
-    for (const auto scheme : {ColorScheme::Light, ColorScheme::Dark}) {
-        QApplication::setPalette(applicationPalette(scheme));
-        form.date->openCalendar();
-        QTest::qWait(0);
-        const QImage image = picture(*form.calendar());
-        const QPoint origin(popupMargins(isComposited()).left(),
-                            popupMargins(isComposited()).top());
-        const QPalette palette = form.calendar()->palette();
-        QCOMPARE(schemeOf(palette), scheme);
-        COMPARE_COLORS(image.pixelColor(origin + QPoint(3, 100)), popupColor(palette));
-        // Saturday 14 is chosen: sixth column, third week.
-        const QPoint week(8 + 5 * 32, 8 + 24 + 4 + 3 * 26);
-        COMPARE_COLORS(image.pixelColor(origin + week + QPoint(4, 13)), accent(palette));
-        COMPARE_COLORS(image.pixelColor(origin + week + QPoint(4 - 32, 13)), popupColor(palette));
-        form.calendar()->close();
-    }
-}
-
 void TestDateTimeFields::theWheelOverAFieldScrollsTheForm()
 {
-    const Form form;
+    const DateTimeForm form;
     turnWheel(form.date);
     const int once = form.verticalScrollBar()->value();
     QVERIFY(once > 0);
@@ -357,7 +172,7 @@ void TestDateTimeFields::theWheelOverAFieldScrollsTheForm()
 
 void TestDateTimeFields::theWheelChangesAFieldThatHasTheFocus()
 {
-    const Form form;
+    const DateTimeForm form;
     form.time->setFocus(Qt::TabFocusReason);
     turnWheel(form.time);
     QCOMPARE(form.time->time(), QTime(13, 30));
@@ -366,7 +181,7 @@ void TestDateTimeFields::theWheelChangesAFieldThatHasTheFocus()
 
 void TestDateTimeFields::returnIsNothingAndEscapeIsLeftToTheForm()
 {
-    const Form form;
+    const DateTimeForm form;
     for (QWidget *field : {static_cast<QWidget *>(form.date), static_cast<QWidget *>(form.time)}) {
         field->setFocus(Qt::TabFocusReason);
         QTest::keyClick(field, Qt::Key_Return);
@@ -388,7 +203,7 @@ void TestDateTimeFields::theFieldsAreAsDrawn()
 {
     QFETCH(ColorScheme, scheme);
     QApplication::setPalette(applicationPalette(scheme));
-    Form form;
+    DateTimeForm form;
     QCOMPARE(form.date->size(), QSize(124, 28));
     QCOMPARE(form.time->size(), QSize(80, 28));
     const QPalette palette = form.palette();
@@ -405,7 +220,7 @@ void TestDateTimeFields::theFieldsAreAsDrawn()
 
 void TestDateTimeFields::screenReadersHearNameAndValue()
 {
-    const Form form;
+    const DateTimeForm form;
     auto *date = QAccessible::queryAccessibleInterface(form.date);
     QCOMPARE(date->text(QAccessible::Name), u"Date"_s);
     QCOMPARE(date->text(QAccessible::Value), u"14/11/2026"_s);

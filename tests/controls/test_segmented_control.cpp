@@ -5,6 +5,7 @@
 #include "look/Accessibility.h"
 #include "look/Colors.h"
 #include "look/Fonts.h"
+#include "support/Announcements.h"
 #include "support/Picture.h"
 
 #include <QApplication>
@@ -17,18 +18,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-
-QList<std::pair<QAccessible::Event, QObject *>> announced;
-
-void note(QAccessibleEvent *event)
-{
-    announced.append({event->type(), event->object()});
-}
-
-QAccessibleInterface *read(QWidget *widget)
-{
-    return QAccessible::queryAccessibleInterface(widget);
-}
 
 /// A form with a choice between two fields.
 struct Form {
@@ -161,17 +150,12 @@ private Q_SLOTS:
 
     void theReaderIsToldOfAChoice()
     {
-        // Announcements begin some time after the program, and never without a display.
-        const bool offscreen = QGuiApplication::platformName() == u"offscreen"_s;
-        if (offscreen || !QTest::qWaitFor([] { return QAccessible::isActive(); }))
+        if (!Announcements::areMade())
             QSKIP("needs a display and QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1");
         const Form form;
-        const auto before = QAccessible::installUpdateHandler(note);
-        announced.clear();
+        const Announcements told;
         QTest::mouseClick(form.segment(1), Qt::LeftButton);
-        QAccessible::installUpdateHandler(before);
-        QVERIFY(announced.contains(
-            std::pair<QAccessible::Event, QObject *>(QAccessible::StateChanged, form.segment(1))));
+        QVERIFY(told.contains(QAccessible::StateChanged, form.segment(1)));
     }
 
     void theChosenOneStandsOutInBothSchemes()

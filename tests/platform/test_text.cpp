@@ -9,23 +9,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-QStringList textsOf(const QJsonValue &list)
-{
-    QStringList texts;
-    for (const auto &text : list.toArray())
-        texts.append(text.toString());
-    return texts;
-}
-
-// The texts with their canonically equivalent spellings made one.
-QJsonArray spelledAlike(const QStringList &texts)
-{
-    QJsonArray list;
-    for (const QString &text : texts)
-        list.append(canonical(text));
-    return list;
-}
-
 QStringList sorted(QStringList texts)
 {
     std::ranges::sort(texts,
@@ -80,7 +63,7 @@ void TestText::equalSpellingsAreTheSameText()
     QVERIFY(Vectors::check(
         u"equality.json"_s, {{u"texts"_s, Vectors::List}, {u"same"_s, Vectors::Flag}},
         [](const auto &asked) {
-            const QStringList texts = textsOf(asked[u"texts"]);
+            const QStringList texts = Vectors::texts(asked[u"texts"]);
             const bool same = texts.size() == 2 && sameText(texts[0], texts[1]);
             const bool alike = texts.size() == 2 && canonical(texts[0]) == canonical(texts[1]);
             // Both ways to ask must say the same.
@@ -104,11 +87,12 @@ void TestText::textsAreSortedByTheirCharacters()
         u"sorting.json"_s,
         {{u"texts"_s, Vectors::List}, {u"sorted"_s, Vectors::List}, {u"distinct"_s, Vectors::List}},
         [](const auto &asked) {
-            const QStringList texts = textsOf(asked[u"texts"]);
+            const QStringList texts = Vectors::texts(asked[u"texts"]);
             return Vectors::Answer{
-                QJsonArray{spelledAlike(textsOf(asked[u"sorted"])),
-                           spelledAlike(textsOf(asked[u"distinct"]))},
-                QJsonArray{spelledAlike(sorted(texts)), spelledAlike(distinct(texts))}};
+                QJsonArray{Vectors::spelledAlike(Vectors::texts(asked[u"sorted"])),
+                           Vectors::spelledAlike(Vectors::texts(asked[u"distinct"]))},
+                QJsonArray{Vectors::spelledAlike(sorted(texts)),
+                           Vectors::spelledAlike(distinct(texts))}};
         }));
 }
 

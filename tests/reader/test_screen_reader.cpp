@@ -12,9 +12,6 @@ using AtSpi::State;
 using WindowTest::reply;
 using WindowTest::row;
 
-// Nothing here is timed: this is how long a machine may be busy with other things.
-#define EVENTUALLY(condition) QTRY_VERIFY_WITH_TIMEOUT(condition, 90'000)
-
 /// The window as somebody meets it who does not see it.
 class TestScreenReader : public QObject {
     Q_OBJECT

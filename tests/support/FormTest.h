@@ -1,19 +1,21 @@
 #pragma once
 
 #include "backend/SupabaseClient.h"
+#include "controls/ErrorText.h"
 #include "controls/Menu.h"
 #include "controls/PopupButton.h"
 #include "editor/AddEventView.h"
 #include "support/Await.h"
 #include "support/HttpServer.h"
+#include "support/Sent.h"
 #include "support/Typing.h"
 
 #include <QAbstractButton>
 #include <QDateTime>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QLineEdit>
 #include <QPointer>
+#include <QScrollArea>
+#include <QScrollBar>
 
 using namespace Qt::StringLiterals;
 
@@ -22,7 +24,7 @@ namespace FormTest {
 
 inline void signIn(HttpServer &server)
 {
-    server.answer(HttpAnswer::whole(200, "{\"access_token\":\"jeton\",\"user\":{\"id\":\"moi\"}}"));
+    server.answer(granting());
     const auto signedIn =
         outcomeOf(SupabaseClient::signIn(u"camille@exemple.fr"_s, u"mot de passe"_s));
     if (!signedIn.failure().isEmpty())
@@ -118,9 +120,39 @@ struct Form {
     bool isOpen() const { return view && view->isVisible(); }
 };
 
-inline QJsonObject body(const HttpRequest &request)
+/// The form's error line where it shows one.
+inline ErrorText *shownError(const Form &form)
 {
-    return QJsonDocument::fromJson(request.body).object();
+    auto *error = form.view->findChild<ErrorText *>();
+    return error && error->isVisible() ? error : nullptr;
+}
+
+/// Where a part of the form is, from the card's corner.
+inline QRect onCard(const Form &form, const QWidget *widget)
+{
+    return QRect(widget->mapTo(form.view, QPoint()), widget->size())
+        .translated(-form.view->card().topLeft());
+}
+
+inline QScrollBar *scrollBar(const Form &form)
+{
+    return form.view->findChild<QScrollArea *>()->verticalScrollBar();
+}
+
+/// Saves and waits until the form has closed; whether it did.
+inline bool saves(const Form &form)
+{
+    form.pressSave();
+    return QTest::qWaitFor([&form] { return !form.isOpen(); });
+}
+
+/// Saves and waits until the form says why it failed.
+inline QString failure(const Form &form)
+{
+    form.pressSave();
+    if (!QTest::qWaitFor([&form] { return shownError(form) != nullptr; }))
+        return u"(none shown)"_s;
+    return shownError(form)->text();
 }
 
 } // namespace FormTest

@@ -4,13 +4,12 @@
 #include "backend/SupabaseClient.h"
 #include "controls/Popover.h"
 #include "controls/Sheet.h"
-#include "look/Accessibility.h"
 #include "sectionlist/SectionListAccessible.h"
 #include "support/Await.h"
-#include "support/OwnHome.h"
+#include "support/Sent.h"
+#include "support/ViewMain.h"
 #include "support/WindowTest.h"
 
-#include <QApplication>
 #include <QLineEdit>
 
 using namespace Qt::StringLiterals;
@@ -18,12 +17,6 @@ using namespace Qt::StringLiterals;
 /// What tests of the members' side of the window share: a service with accounts, and the sheets as
 /// a person sees them.
 namespace MembersWindow {
-
-/// Signed in here as the user with this id.
-inline QByteArray sessionOf(const QByteArray &userId)
-{
-    return R"({"access_token":"jeton","user":{"id":")" + userId + R"("}})";
-}
 
 /// A service that has these rows, signs anybody in as `userId` and accepts every write.
 struct Service {
@@ -37,7 +30,7 @@ struct Service {
     HttpAnswer answer(const HttpRequest &request) const
     {
         if (request.target.startsWith("/auth/"))
-            return toAccounts.value_or(HttpAnswer::whole(200, sessionOf(userId)));
+            return toAccounts.value_or(granting(userId));
         if (request.method == "GET")
             return WindowTest::reply(rows);
         return toWrites.value_or(HttpAnswer::whole(204, ""));
@@ -113,24 +106,6 @@ inline void click(const QWidget *within, const QString &name)
 inline void signInAs(const QString &email)
 {
     QCOMPARE(outcomeOf(SupabaseClient::signIn(email, u"secret"_s)).failure(), QString());
-}
-
-/// The whole of main(): runs the tests against a service of their own, which the window finds as
-/// its project, and with a configuration folder of their own.
-template <typename Test>
-int run(int argc, char *argv[])
-{
-    const OwnHome home;
-    const QApplication application(argc, argv);
-    installAccessibility();
-    installSectionListAccessibility();
-    HttpServer server;
-    qputenv("SUPABASE_URL", server.base().toLatin1());
-    qputenv("SUPABASE_KEY", "public-key");
-    Test test(server);
-    const int result = QTest::qExec(&test, argc, argv);
-    server.hangUp();
-    return result;
 }
 
 } // namespace MembersWindow

@@ -4,6 +4,11 @@
 #include "support/HttpServer.h"
 #include "support/ReaderDesktop.h"
 
+#include <QTest>
+
+/// Nothing in a reader's tests is timed: this is how long a machine may be busy with other things.
+#define EVENTUALLY(condition) QTRY_VERIFY_WITH_TIMEOUT(condition, 90'000)
+
 /// The real program, in a process of its own on a reader's desktop, against a service of the
 /// test's.
 class ReaderProgram {

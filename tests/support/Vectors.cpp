@@ -122,3 +122,19 @@ bool Vectors::check(const QString &name, const QList<Key> &form,
           + QByteArray::number(failures) + " failed");
     return failures == 0;
 }
+
+QStringList Vectors::texts(const QJsonValue &list)
+{
+    QStringList result;
+    for (const auto &text : list.toArray())
+        result.append(text.toString());
+    return result;
+}
+
+QJsonArray Vectors::spelledAlike(const QStringList &texts)
+{
+    QJsonArray list;
+    for (const QString &text : texts)
+        list.append(text.normalized(QString::NormalizationForm_C));
+    return list;
+}

@@ -5,6 +5,7 @@
 #include <QJsonValue>
 #include <QList>
 #include <QString>
+#include <QStringList>
 #include <functional>
 #include <variant>
 
@@ -45,5 +46,10 @@ std::variant<Cases, Problem> read(const QString &path, const QList<Key> &form);
 /// Whether the file could be used and no case failed.
 bool check(const QString &name, const QList<Key> &form,
            const std::function<Answer(const QJsonObject &)> &answer);
+
+/// The texts of a list.
+QStringList texts(const QJsonValue &list);
+/// Texts as an answer that leaves open which of canonically equal spellings is meant.
+QJsonArray spelledAlike(const QStringList &texts);
 
 } // namespace Vectors
