@@ -1,33 +1,36 @@
 #pragma once
 
+#include "service/ClientLoop.h"
 #include "service/Reply.h"
+#include "service/RequestReader.h"
 
-#include <functional>
-#include <httplib.h>
-#include <thread>
+#include <condition_variable>
+#include <deque>
 
-/// Answers HTTP requests on 127.0.0.1, each on a thread of its own, and writes one line a request
-/// to the standard output: verb, address, status, microseconds.
+/// Answers HTTP requests on 127.0.0.1 and writes one line a request to the standard output: verb,
+/// address, status, microseconds. Clients are waited for on one thread; whole requests are answered
+/// on others.
 class HttpServer {
 public:
-    using Answer = std::function<Reply(const Call &)>;
-
     /// `answer` is called on any thread, several times at once. Throws StartFailure when the port
     /// (0 for any) is taken. Requests are answered from the end of the constructor on.
-    HttpServer(int port, Answer answer);
+    HttpServer(int port, RequestReader::Answer answer);
     /// Lets the requests under way end and hangs up.
     ~HttpServer();
+    HttpServer(const HttpServer &) = delete;
+    HttpServer &operator=(const HttpServer &) = delete;
 
-    int port() const { return m_port; }
+    int port() const { return m_loop.port(); }
 
 private:
-    void route();
-    void handle(const httplib::Request &request, httplib::Response &response);
-    void hangUpIdleConnections() const;
+    void take(RawRequest request);
+    void work();
 
-    Answer m_answer;
-    httplib::Server m_server;
-    int m_port = 0;
-    int m_listener = -1;
-    std::thread m_thread;
+    RequestReader m_reader;
+    ClientLoop m_loop;
+    std::mutex m_mutex;
+    std::condition_variable m_arrival;
+    std::deque<RawRequest> m_waiting;
+    bool m_isEnding = false;
+    std::vector<std::thread> m_workers;
 };
