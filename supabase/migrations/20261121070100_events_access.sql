@@ -1,5 +1,5 @@
--- Who may do what. A project grants everything on a new table to every API role, so the table
--- starts from nothing here.
+-- Who may do what. Projects made before 2026 grant everything on a new table to every API role, so
+-- the table starts from nothing here.
 revoke all on table public.events from anon, authenticated;
 
 grant select on table public.events to anon, authenticated;
