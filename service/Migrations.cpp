@@ -5,6 +5,7 @@
 #include "service/StartFailure.h"
 
 #include <algorithm>
+#include <cstdio>
 
 namespace fs = std::filesystem;
 
@@ -53,8 +54,14 @@ void applyOnce(Connection &connection, const fs::path &file)
     transaction.commit();
 }
 
-void seedOnce(Connection &connection, const fs::path &file,
-              const std::optional<std::string> &password)
+void setSeedPassword(Connection &connection, const std::string &password)
+{
+    connection.run("update auth.users set encrypted_password = local_service.password_hash($1) "
+                   "where coalesce(encrypted_password, '') = ''",
+                   {password});
+}
+
+void seed(Connection &connection, const fs::path &file, const Options &options)
 {
     std::error_code error;
     if (!fs::exists(file, error))
@@ -65,28 +72,38 @@ void seedOnce(Connection &connection, const fs::path &file,
         "select $1, encode(sha256(convert_to($2, 'UTF8')), 'hex') "
         "where not exists (select from supabase_migrations.seed_files) returning path",
         {file.filename().string(), readFile(file).value_or("")});
-    if (recorded.count() == 1) {
+    const bool isFirst = recorded.count() == 1;
+    if (isFirst || options.renewsSeed)
         runFile(connection, file);
-        if (password) {
-            connection.run("update auth.users set encrypted_password = "
-                           "local_service.password_hash($1) "
-                           "where coalesce(encrypted_password, '') = ''",
-                           {*password});
-        }
-    }
+    if (isFirst && options.seedPassword)
+        setSeedPassword(connection, *options.seedPassword);
     transaction.commit();
+}
+
+/// A cluster of an earlier version compares texts byte by byte, and nothing can change that in it.
+void tellOfOtherOrder(Connection &connection)
+{
+    const Rows rows =
+        connection.run("select datlocprovider from pg_database where datname = current_database()");
+    if (rows.text(0, 0) != "i") {
+        std::fputs(
+            "amorvelle-service: this database was made by an earlier version and orders "
+            "accented texts otherwise than a hosted project; to begin anew, without what was "
+            "entered, remove its folder\n",
+            stderr);
+    }
 }
 
 } // namespace
 
-void migrate(Connection &connection, const fs::path &supabase,
-             const std::optional<std::string> &seedPassword)
+void migrate(Connection &connection, const Options &options)
 {
     try {
+        tellOfOtherOrder(connection);
         connection.runScript(platformSql);
-        for (const fs::path &file : migrationsIn(supabase / "migrations"))
+        for (const fs::path &file : migrationsIn(options.supabase / "migrations"))
             applyOnce(connection, file);
-        seedOnce(connection, supabase / "seed.sql", seedPassword);
+        seed(connection, options.supabase / "seed.sql", options);
     } catch (const DatabaseError &error) {
         throw StartFailure(std::string("the database could not be prepared: ") + error.what());
     }

@@ -14,8 +14,10 @@ const char usageText[] =
   --max-rows N           most rows in one reply (1000)
   --token-seconds N      how long an access token is valid (3600)
   --confirm-email        a new account has to confirm its address before it can sign in
+  --mail-pause N         seconds between two mails of a kind to an address (60)
   --auth-errors SHAPE    current or older: how sign-in errors are written
   --rate-limit N         sign-ins and sign-ups allowed in five minutes (0: no limit)
+  --renew-seed           lays sample events that nobody has changed around today once more
   --seed-password TEXT   gives this password to the accounts of a seed that is being loaded
 )";
 
@@ -45,6 +47,10 @@ Options optionsFrom(int count, char **arguments)
             options.confirmEmail = true;
             continue;
         }
+        if (name == "--renew-seed") {
+            options.renewsSeed = true;
+            continue;
+        }
         if (at + 1 == count)
             throw StartFailure(name + " is not understood, or lacks its value");
         const std::string value = arguments[++at];
@@ -60,6 +66,8 @@ Options optionsFrom(int count, char **arguments)
             options.maxRows = numberFrom(name, value, 1, unbounded);
         } else if (name == "--token-seconds") {
             options.tokenSeconds = numberFrom(name, value, 1, unbounded);
+        } else if (name == "--mail-pause") {
+            options.mailPause = numberFrom(name, value, 0, unbounded);
         } else if (name == "--auth-errors" && (value == "current" || value == "older")) {
             options.authErrors = value == "older" ? AuthErrorShape::Older : AuthErrorShape::Current;
         } else if (name == "--rate-limit") {

@@ -16,6 +16,8 @@ struct Options {
     int maxRows = 1000; ///< most rows in one reply, as a hosted project has it
     int tokenSeconds = 3600;
     bool confirmEmail = false;
+    int mailPause = 60; ///< seconds between two mails of a kind to an address
+    bool renewsSeed = false; ///< lays the sample events around today once more
     AuthErrorShape authErrors = AuthErrorShape::Current;
     int rateLimit = 0; ///< sign-ins and sign-ups an address may try in five minutes; 0 for no limit
     std::optional<std::string> seedPassword;

@@ -1,6 +1,11 @@
 -- A village's worth of events around today, for try-outs and tests: the days are counted from the
--- day of loading, so the list never ages. The accounts have no password; a person who wants to sign
--- in as one of them sets it first.
+-- day of loading. Loaded once more, it lays the events that nobody has changed around that day, so
+-- the list never ages; what was changed, removed or added stays as it is. The accounts have no
+-- password; a person who wants to sign in as one of them sets it first.
+
+create temporary table first_time as
+select not exists (select from auth.users where id::text like 'a0000000-0000-4000-8000-00000000000_')
+   and not exists (select from public.events where id::text like '5eed0000-0000-4000-8000-%') as yes;
 
 insert into auth.users (instance_id, id, aud, role, email, encrypted_password, email_confirmed_at,
                         confirmation_token, recovery_token, email_change_token_new, email_change,
@@ -13,24 +18,15 @@ from (values
     ('a0000000-0000-4000-8000-000000000002'::uuid, 'yann@morvelle.example'),
     ('a0000000-0000-4000-8000-000000000003'::uuid, 'lucie@morvelle.example'),
     ('a0000000-0000-4000-8000-000000000004'::uuid, 'animation@morvelle.example')
-) as account (id, email);
+) as account (id, email)
+where (select yes from first_time);
 
--- `jour` counts days from today, in the village's own time. An event with both `jour` and `heure`
--- starts at an instant; with `jour` alone it has a day as text; with neither it has `mots`, the
--- words of whoever announced it, or nothing at all.
-insert into public.events (id, titre, description, tags, lieu, link, organise_par, contact_email,
-                           user_id, ts, date_texte, heure_texte, starts_at)
-select ('5eed0000-0000-4000-8000-' || lpad(row_number() over ()::text, 12, '0'))::uuid,
-       titre, description, tags, lieu, link, organise_par, contact_email,
-       case compte when 0 then null
-                   else ('a0000000-0000-4000-8000-' || lpad(compte::text, 12, '0'))::uuid end,
-       now() - make_interval(days => 20, mins => 37 * (row_number() over ())::int),
-       coalesce(mots, to_char(today + jour, 'YYYY-MM-DD')),
-       to_char(heure, 'HH24:MI'),
-       case when jour is not null and heure is not null
-            then (today + jour + heure) at time zone 'Europe/Paris' end
-from (select (now() at time zone 'Europe/Paris')::date as today) as clock,
-(values
+-- `jour` counts days from the day of loading, in the village's own time. An event with both `jour`
+-- and `heure` starts at an instant; with `jour` alone it has a day as text; with neither it has
+-- `mots`, the words of whoever announced it, or nothing at all.
+create temporary table annonces as
+select row_number() over () as n, annonce.*
+from (values
     -- Past months.
     (-97, time '18:30', null, 1, 'Assemblée générale de l’Association Culturelle',
      'Bilan de l’année, projets à venir et renouvellement du bureau. Un verre de l’amitié suivra.',
@@ -89,7 +85,7 @@ from (select (now() at time zone 'Europe/Paris')::date as today) as clock,
      array['Jeune public'], 'Bibliothèque de Morvelle', null, 'Les Lentibulles', null),
     (0, time '14:00', null, 1, 'Atelier création', 'Pour les enfants de 4 à 11 ans.',
      array['Atelier', 'Jeune public'], 'Salle Vaudrelle', null, 'Association Culturelle', 'camille@morvelle.example'),
-    (0, null, null, 0, 'Journée portes ouvertes au fournil', 'On pousse la porte quand on veut, le four est chaud.',
+    (0, null, null, 2, 'Journée portes ouvertes au fournil', 'On pousse la porte quand on veut, le four est chaud.',
      array['Vie du village'], 'Fournil de la Boulangerie', null, 'La Boulangerie', null),
     (0, time '23:15', null, 3, 'Veillée aux étoiles', 'Lampe frontale rouge, boisson chaude et patience.',
      array['Conférence', 'Jeune public'], 'Butte de Vertelune', null, 'Causarium', null),
@@ -165,6 +161,48 @@ from (select (now() at time zone 'Europe/Paris')::date as today) as clock,
      'Morvelle Animation', 'animation@morvelle.example')
 ) as annonce (jour, heure, mots, compte, titre, description, tags, lieu, link, organise_par, contact_email);
 
--- Older announcements carry the instant alone.
-update public.events set date_texte = null, heure_texte = null
-where titre in ('Heure du conte', 'Café des parents', 'Yoga doux');
+-- How long before the loading an event says that it was added; so its `ts`, which no member can
+-- change, tells later when it was laid.
+create function pg_temp.added_before(n bigint) returns interval language sql immutable as $$
+    select make_interval(hours => 480, mins => 37 * n::int)
+$$;
+
+-- The row of an announcement that is loaded at that moment.
+create function pg_temp.laid(annonce annonces, moment timestamptz) returns setof public.events
+    language sql stable
+as $$
+    select ('5eed0000-0000-4000-8000-' || lpad(annonce.n::text, 12, '0'))::uuid,
+           annonce.titre, annonce.description, annonce.tags, annonce.lieu, annonce.link,
+           annonce.organise_par, 'published', annonce.contact_email,
+           case annonce.compte when 0 then null
+               else ('a0000000-0000-4000-8000-' || lpad(annonce.compte::text, 12, '0'))::uuid end,
+           moment - pg_temp.added_before(annonce.n),
+           case when not is_older then coalesce(annonce.mots, to_char(today + annonce.jour, 'YYYY-MM-DD')) end,
+           case when not is_older then to_char(annonce.heure, 'HH24:MI') end,
+           case when annonce.jour is not null and annonce.heure is not null
+               then (today + annonce.jour + annonce.heure) at time zone 'Europe/Paris' end
+    from (select (moment at time zone 'Europe/Paris')::date as today,
+                 -- Older announcements carry the instant alone.
+                 annonce.titre in ('Heure du conte', 'Café des parents', 'Yoga doux') as is_older
+         ) as given
+$$;
+
+insert into public.events
+select laid.* from annonces, lateral pg_temp.laid(annonces, now()) as laid
+where (select yes from first_time);
+
+update public.events as event
+set (ts, date_texte, heure_texte, starts_at)
+    = row (fresh.ts, fresh.date_texte, fresh.heure_texte, fresh.starts_at)
+from annonces, lateral pg_temp.laid(annonces, now()) as fresh
+where event.id = fresh.id
+  and exists (
+      select from pg_temp.laid(annonces, event.ts + pg_temp.added_before(annonces.n)) as before
+      where event is not distinct from before
+        and (event.ts + pg_temp.added_before(annonces.n)) at time zone 'Europe/Paris'
+            < (now() at time zone 'Europe/Paris')::date);
+
+drop function pg_temp.laid;
+drop function pg_temp.added_before;
+drop table annonces;
+drop table first_time;
