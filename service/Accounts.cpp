@@ -45,23 +45,22 @@ std::optional<Account> Accounts::findById(const std::string &id)
 }
 
 std::optional<Account> Accounts::add(const std::string &email, const std::string &password,
-                                     const std::optional<std::string> &confirmationToken)
+                                     const std::string &data, bool isConfirmed)
 {
     return firstOf(m_sessions.take()->run(
-        std::string("insert into auth.users as u (instance_id, id, aud, role, email, "
-                    "encrypted_password, email_confirmed_at, confirmation_token, "
-                    "confirmation_sent_at, recovery_token, email_change_token_new, email_change, "
-                    "raw_app_meta_data, raw_user_meta_data, created_at, updated_at) "
-                    "values ('00000000-0000-0000-0000-000000000000', gen_random_uuid(), "
-                    "'authenticated', 'authenticated', lower($1), "
-                    "local_service.password_hash($2), "
-                    "case when $3::text is null then now() end, "
-                    "coalesce(encode(local_service.token_hash($3), 'hex'), ''), "
-                    "case when $3 is not null then now() end, '', '', '', "
-                    "'{\"provider\": \"email\", \"providers\": [\"email\"]}', '{}', now(), now()) "
-                    "on conflict do nothing returning ")
+        std::string(
+            "insert into auth.users as u (instance_id, id, aud, role, email, encrypted_password, "
+            "email_confirmed_at, confirmation_token, recovery_token, email_change_token_new, "
+            "email_change, raw_app_meta_data, raw_user_meta_data, created_at, updated_at) "
+            "select '00000000-0000-0000-0000-000000000000', new.id, 'authenticated', "
+            "'authenticated', lower($1), local_service.password_hash($2), "
+            "case when $4::boolean then now() end, '', '', '', '', "
+            "'{\"provider\": \"email\", \"providers\": [\"email\"]}', "
+            "$3::jsonb || jsonb_build_object('sub', new.id, 'email', lower($1), "
+            "'email_verified', $4::boolean, 'phone_verified', false), now(), now() "
+            "from (select gen_random_uuid() as id) as new on conflict do nothing returning ")
             + accountColumns,
-        {email, password, confirmationToken}));
+        {email, password, data, isConfirmed ? "true" : "false"}));
 }
 
 std::optional<Account> Accounts::matching(const std::string &email, const std::string &password)
@@ -73,15 +72,28 @@ std::optional<Account> Accounts::matching(const std::string &email, const std::s
                                {email, password}));
 }
 
-bool Accounts::confirm(const std::string &token)
+void Accounts::confirm(const std::string &accountId)
 {
-    return m_sessions.take()
-               ->run("update auth.users set email_confirmed_at = now(), confirmation_token = '', "
-                     "updated_at = now() where email_confirmed_at is null and confirmation_token = "
-                     "encode(local_service.token_hash($1), 'hex') returning id",
-                     {token})
-               .count()
-        == 1;
+    m_sessions.take()->run("select local_service.confirm($1)", {accountId});
+}
+
+void Accounts::changePassword(const std::string &accountId, const std::string &session,
+                              const std::string &password)
+{
+    m_sessions.take()->run("update auth.users set encrypted_password = "
+                           "local_service.password_hash($2), updated_at = now() where id = $1",
+                           {accountId, password});
+    endSessions(accountId, session, Scope::Others);
+}
+
+void Accounts::changeData(const std::string &accountId, const std::string &data)
+{
+    m_sessions.take()->run(
+        "update auth.users set updated_at = now(), raw_user_meta_data = coalesce("
+        "(select jsonb_object_agg(key, value) from "
+        "jsonb_each(coalesce(raw_user_meta_data, '{}') || $2::jsonb) "
+        "where value <> 'null'), '{}') where id = $1",
+        {accountId, data});
 }
 
 RefreshGrant Accounts::beginSession(const std::string &accountId)

@@ -14,4 +14,5 @@ struct AuthError {
     bool isGrant = false;
 };
 
-Reply replyFor(const AuthError &error, AuthErrorShape shape);
+/// `call` names, in a header, the release of the interface that its sender knows.
+Reply replyFor(const AuthError &error, AuthErrorShape shape, const Call &call);

@@ -1,19 +1,22 @@
 #include "service/AuthRequest.h"
 
+#include "service/EmailRule.h"
+#include "service/Json.h"
+
 #include <ctime>
 
 namespace {
 
 using Json = nlohmann::json;
 
+// In bytes, as the hosted service counts them: an "é" has two. bcrypt looks at no more than 72.
 constexpr std::size_t shortestPassword = 6;
-// bcrypt looks at no more bytes than these.
 constexpr std::size_t longestPassword = 72;
 constexpr std::size_t longestEmail = 255;
 
 Json bodyOf(const Call &call)
 {
-    Json body = Json::parse(call.body, nullptr, false);
+    Json body = parsedJson(call.body);
     if (!body.is_object())
         throw AuthError{400, "bad_json", "Could not parse request body as JSON"};
     return body;
@@ -27,25 +30,32 @@ std::string textIn(const Json &body, const char *key)
     return value.is_null() ? std::string() : value.get<std::string>();
 }
 
-std::size_t characterCount(const std::string &text)
+Json objectIn(const Json &body, const char *key)
 {
-    std::size_t count = 0;
-    for (const char byte : text)
-        count += (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U ? 1 : 0;
-    return count;
+    const Json value = body.value(key, Json());
+    if (!value.is_object() && !value.is_null())
+        throw AuthError{400, "bad_json", "Could not parse request body as JSON"};
+    return value.is_null() ? Json::object() : value;
 }
 
-/// One "@" with something before it and a dotted name after it, and no white space or control.
-bool looksLikeEmail(const std::string &text)
+void requireEmail(const std::string &text)
 {
-    const auto at = text.find('@');
-    if (at == 0 || at == std::string::npos || text.size() > longestEmail
-        || text.find('@', at + 1) != std::string::npos) {
-        return false;
+    if (text.empty())
+        throw AuthError{400, "validation_failed", "An email address is required"};
+    if (text.size() > longestEmail)
+        throw AuthError{400, "validation_failed", "An email address is too long"};
+    if (!isEmail(text)) {
+        throw AuthError{400, "validation_failed",
+                        "Unable to validate email address: invalid format"};
     }
-    const auto dot = text.find('.', at + 2);
-    const bool hasOddLetter = text.find_first_of(" \t\r\n\f\v<>,;\"") != std::string::npos;
-    return dot != std::string::npos && dot + 1 < text.size() && !hasOddLetter;
+}
+
+void requireGoodPassword(const std::string &text)
+{
+    if (text.size() > longestPassword)
+        throw AuthError{400, "validation_failed", "Password cannot be longer than 72 characters"};
+    if (text.size() < shortestPassword)
+        throw AuthError{422, "weak_password", "Password should be at least 6 characters."};
 }
 
 } // namespace
@@ -59,22 +69,85 @@ Credentials credentialsFrom(const Call &call)
     return given;
 }
 
-Credentials newCredentialsFrom(const Call &call)
+NewAccount newAccountFrom(const Call &call)
 {
     const Json body = bodyOf(call);
-    Credentials given{textIn(body, "email"), textIn(body, "password")};
-    if (given.email.empty() && given.password.empty())
+    NewAccount given{textIn(body, "email"), textIn(body, "password"), objectIn(body, "data")};
+    const std::string phone = textIn(body, "phone");
+    if (given.email.empty() && phone.empty())
         throw AuthError{422, "anonymous_provider_disabled", "Anonymous sign-ins are disabled"};
     if (given.password.empty())
         throw AuthError{400, "validation_failed", "Signup requires a valid password"};
-    if (given.password.size() > longestPassword)
-        throw AuthError{400, "validation_failed", "Password cannot be longer than 72 characters"};
-    if (characterCount(given.password) < shortestPassword)
-        throw AuthError{422, "weak_password", "Password should be at least 6 characters."};
-    if (!looksLikeEmail(given.email)) {
+    requireGoodPassword(given.password);
+    if (!given.email.empty() && !phone.empty()) {
         throw AuthError{400, "validation_failed",
-                        "Unable to validate email address: invalid format"};
+                        "Only an email address or phone number should be provided on signup."};
     }
+    if (given.email.empty())
+        throw AuthError{400, "phone_provider_disabled", "Phone signups are disabled"};
+    requireEmail(given.email);
+    return given;
+}
+
+AccountChange accountChangeFrom(const Call &call)
+{
+    const Json body = bodyOf(call);
+    AccountChange change;
+    if (const std::string email = textIn(body, "email"); !email.empty()) {
+        requireEmail(email);
+        change.email = email;
+    }
+    if (body.contains("password") && !body.at("password").is_null()) {
+        change.password = textIn(body, "password");
+        requireGoodPassword(*change.password);
+    }
+    if (body.contains("data") && !body.at("data").is_null())
+        change.data = objectIn(body, "data");
+    return change;
+}
+
+std::string emailFrom(const Call &call)
+{
+    const std::string email = textIn(bodyOf(call), "email");
+    requireEmail(email);
+    return email;
+}
+
+Resending resendingFrom(const Call &call)
+{
+    const Json body = bodyOf(call);
+    Resending wanted{textIn(body, "type"), textIn(body, "email")};
+    const bool isPhone = wanted.type == "sms" || wanted.type == "phone_change";
+    if (!isPhone && wanted.type != "signup" && wanted.type != "email_change") {
+        throw AuthError{400, "validation_failed",
+                        "Missing one of these types: signup, email_change, sms, phone_change"};
+    }
+    if (isPhone)
+        throw AuthError{400, "validation_failed", "Type provided requires a phone number"};
+    if (wanted.email.empty())
+        throw AuthError{400, "validation_failed", "Type provided requires an email address"};
+    requireEmail(wanted.email);
+    return wanted;
+}
+
+MailToken mailTokenFrom(const Call &call)
+{
+    const auto inQuery = [&](const char *name) {
+        const auto found = call.query.find(name);
+        return found == call.query.end() ? std::string() : found->second;
+    };
+    MailToken given{inQuery("type"), inQuery("token")};
+    if (call.verb == "POST") {
+        const Json body = bodyOf(call);
+        given = {textIn(body, "type"), textIn(body, "token_hash")};
+        // The six digits that a hosted project's mail can hold are not sent by this service.
+        if (given.token.empty() && !textIn(body, "token").empty())
+            throw AuthError{403, "otp_expired", "Token has expired or is invalid"};
+    }
+    if (given.type.empty())
+        throw AuthError{400, "validation_failed", "Verify requires a verification type"};
+    if (given.token.empty())
+        throw AuthError{400, "validation_failed", "Verify requires a token or a token hash"};
     return given;
 }
 
@@ -88,10 +161,13 @@ std::string refreshTokenFrom(const Call &call)
 
 Bearer bearerFrom(const Call &call, const Keys &keys)
 {
-    const std::string token = bearerOf(call);
-    if (token.empty())
+    const auto token = bearerOf(call);
+    // The project's key in the place of a token is one that names nobody.
+    if (!token && !call.header("authorization").empty())
+        throw AuthError{403, "bad_jwt", "invalid claim: missing sub claim"};
+    if (!token || token->empty())
         throw AuthError{401, "no_authorization", "This endpoint requires a valid Bearer token"};
-    const auto result = claimsOf(token, keys.secret, static_cast<long>(std::time(nullptr)));
+    const auto result = claimsOf(*token, keys.tokenSecret, static_cast<long>(std::time(nullptr)));
     if (const auto *fault = std::get_if<TokenFault>(&result)) {
         std::string reason;
         switch (*fault) {
@@ -108,7 +184,7 @@ Bearer bearerFrom(const Call &call, const Keys &keys)
         throw AuthError{403, "bad_jwt",
                         "invalid JWT: unable to parse or verify signature, " + reason};
     }
-    const Json claims = Json::parse(std::get<std::string>(result), nullptr, false);
+    const Json claims = parsedJson(std::get<std::string>(result));
     const std::string subject = textIn(claims, "sub");
     if (subject.empty())
         throw AuthError{403, "bad_jwt", "invalid claim: missing sub claim"};

@@ -4,6 +4,7 @@
 #include "service/OrphanPostmaster.h"
 #include "service/StartFailure.h"
 
+#include <algorithm>
 #include <array>
 #include <csignal>
 #include <cstdlib>
@@ -46,6 +47,24 @@ std::string lastLinesOf(const fs::path &log)
 {
     const std::string text = readFile(log).value_or("");
     return text.substr(text.size() > 2000 ? text.size() - 2000 : 0);
+}
+
+/// What a killed server leaves running (its sessions) ends by itself a moment later; until then a
+/// new server refuses to start.
+bool waitsForPredecessor(const std::string &said)
+{
+    return said.find("pre-existing shared memory block") != std::string::npos
+        || said.find("lock file \"") != std::string::npos;
+}
+
+/// The first complaint after which PostgreSQL gave up.
+std::string reasonIn(const std::string &said)
+{
+    const auto start = std::min(said.find("FATAL:"), said.find("PANIC:"));
+    if (start == std::string::npos)
+        return "it does not say why";
+    const auto text = said.find_first_not_of(' ', start + 6);
+    return said.substr(text, said.find('\n', text) - text);
 }
 
 bool answers(const std::string &connection)
@@ -101,8 +120,8 @@ void Cluster::initialise()
         throw StartFailure("cannot make " + draft.string());
     giveTo(m_account, draft);
     ChildProcess initdb({(m_programs / "initdb").string(), "-D", draft.string(), "-U", "postgres",
-                         "-E", "UTF8", "--locale=C", "--auth=trust", "--no-sync",
-                         "--no-instructions"},
+                         "-E", "UTF8", "--locale=C.UTF-8", "--locale-provider=icu",
+                         "--icu-locale=en_US", "--auth=trust", "--no-sync", "--no-instructions"},
                         m_account, m_log);
     if (initdb.exitCodeWithin(120s) != 0)
         throw StartFailure("the database could not be made:\n" + lastLinesOf(m_log));
@@ -147,14 +166,20 @@ void Cluster::startServer()
                                            "jit=off",
                                            "-c",
                                            "log_timezone=UTC"};
-    // What a killed server leaves running (its sessions) ends by itself a moment later; until then
-    // a new server refuses to start.
+    std::error_code ignored;
+    const auto logStart = fs::exists(m_log, ignored) ? fs::file_size(m_log, ignored) : 0;
     const auto deadline = std::chrono::steady_clock::now() + 30s;
     m_server = std::make_unique<ChildProcess>(command, m_account, m_log);
     while (!answers(connectionText("postgres"))) {
         if (std::chrono::steady_clock::now() > deadline)
             throw StartFailure("the database does not answer:\n" + lastLinesOf(m_log));
         if (m_server->exitCode()) {
+            const std::string said = readFile(m_log).value_or("").substr(logStart);
+            if (!waitsForPredecessor(said)) {
+                throw StartFailure("the database ended at once (" + reasonIn(said)
+                                   + "); to begin anew, without what was entered, remove "
+                                   + m_cluster.string());
+            }
             std::this_thread::sleep_for(250ms);
             m_server = std::make_unique<ChildProcess>(command, m_account, m_log);
         }

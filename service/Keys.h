@@ -4,11 +4,11 @@
 
 #include <string>
 
-/// A project's secret and the two keys that are signed with it.
+/// A project's keys, and the secret that the tokens of its accounts are signed with.
 struct Keys {
-    std::string secret;
-    std::string anonKey; ///< the public key, given to every client
-    std::string serviceRoleKey; ///< passes by row level security; for administration
+    std::string tokenSecret;
+    std::string publishable; ///< given to every client; what it allows is up to the table's rules
+    std::string secret; ///< passes by row level security; for administration
 };
 
 /// Those of the data folder, made at the first call and readable by their owner alone. Throws

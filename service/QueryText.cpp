@@ -6,6 +6,26 @@
 
 namespace {
 
+bool isNameLetter(char letter)
+{
+    const auto value = static_cast<unsigned char>(letter);
+    return std::isalnum(value) != 0 || letter == '_' || letter == '$' || value >= 0x80;
+}
+
+/// What may follow a column's name and is understood by a hosted project alone.
+void requirePlain(const std::string &select, std::size_t at)
+{
+    const char letter = at < select.size() ? select[at] : '\0';
+    if (letter == '(' || letter == '!')
+        throw notOffered("another table's rows inside of a row");
+    if (letter == ':')
+        throw notOffered("a column under another name or as another type");
+    if (letter == '-' || letter == '.')
+        throw notOffered("a part of a column, or a computation with it");
+}
+
+} // namespace
+
 Reply notUnderstood(const std::string &what, const std::string &text, std::size_t at,
                     const std::string &expected)
 {
@@ -17,104 +37,40 @@ Reply notUnderstood(const std::string &what, const std::string &text, std::size_
                      unexpected + " expecting " + expected);
 }
 
-bool isNameLetter(char letter)
-{
-    const auto value = static_cast<unsigned char>(letter);
-    return std::isalnum(value) != 0 || letter == '_' || letter == '$' || value >= 0x80;
-}
-
-std::size_t endOfName(const std::string &text, std::size_t start)
-{
-    const auto stop = std::find_if_not(text.begin() + static_cast<std::ptrdiff_t>(start),
-                                       text.end(), isNameLetter);
-    return static_cast<std::size_t>(stop - text.begin());
-}
-
 std::string columnOf(const std::string &table, const std::string &name)
 {
     return table + '.' + quotedIdentifier(name);
 }
 
-/// "(a,"b,c",d)" as its members.
-std::vector<std::string> membersOf(const std::string &list, const std::string &filter)
+std::size_t endOfName(const std::string &text, std::size_t start)
 {
-    if (list.size() < 2 || list.front() != '(' || list.back() != ')')
-        throw notUnderstood("filter", filter, filter.size() - list.size(), "\"(\"");
-    std::vector<std::string> members;
-    std::string member;
-    bool isQuoted = false;
-    for (std::size_t at = 1; at + 1 < list.size(); ++at) {
-        if (isQuoted && list[at] == '\\' && at + 2 < list.size()) {
-            member += list[++at];
-        } else if (list[at] == '"') {
-            isQuoted = !isQuoted;
-        } else if (list[at] == ',' && !isQuoted) {
-            members.push_back(member);
-            member.clear();
-        } else {
-            member += list[at];
-        }
+    if (start < text.size() && text[start] == '"') {
+        const auto end = text.find('"', start + 1);
+        return end == std::string::npos ? start : end + 1;
     }
-    if (list.size() > 2)
-        members.push_back(member);
-    return members;
+    while (start < text.size() && isNameLetter(text[start]))
+        ++start;
+    return start;
 }
 
-std::string comparison(const std::string &column, const std::string &operation,
-                       const std::string &value, const std::string &filter, Statement &statement)
+std::string plainName(const std::string &name)
 {
-    static const std::map<std::string, std::string> operators{
-        {"eq", "="}, {"neq", "<>"}, {"gt", ">"},      {"gte", ">="},
-        {"lt", "<"}, {"lte", "<="}, {"like", "like"}, {"ilike", "ilike"}};
-    static const std::map<std::string, std::string> states{
-        {"null", "null"}, {"true", "true"}, {"false", "false"}, {"unknown", "unknown"}};
-    if (const auto found = operators.find(operation); found != operators.end()) {
-        std::string pattern = value;
-        if (operation.ends_with("like"))
-            std::replace(pattern.begin(), pattern.end(), '*', '%');
-        return column + ' ' + found->second + ' ' + statement.bind(pattern);
-    }
-    if (operation == "is") {
-        const auto state = states.find(value);
-        if (state == states.end()) {
-            throw notUnderstood("filter", filter, filter.size() - value.size(),
-                                "null or trilean value (unknown, null, true, false)");
-        }
-        return column + " is " + state->second;
-    }
-    if (operation == "in") {
-        std::string list;
-        for (const std::string &member : membersOf(value, filter))
-            list += (list.empty() ? "" : ", ") + statement.bind(member);
-        return list.empty() ? "false" : column + " in (" + list + ')';
-    }
-    throw notUnderstood("filter", filter, 0,
-                        "\"not\" or operator (eq, gt, gte, lt, lte, neq, like, ilike, in, is)");
+    return name.starts_with('"') ? name.substr(1, name.size() - 2) : name;
 }
 
-std::string filterFrom(const std::string &name, const std::string &filter, const std::string &table,
-                       Statement &statement)
+std::vector<std::string> columnNames(const std::string &columns)
 {
-    const bool isNegated = filter.starts_with("not.");
-    const std::size_t start = isNegated ? 4 : 0;
-    const auto dot = filter.find('.', start);
-    const std::string operation = dot == std::string::npos ? "" : filter.substr(start, dot - start);
-    const std::string value = dot == std::string::npos ? "" : filter.substr(dot + 1);
-    if (endOfName(name, 0) != name.size() || name.empty()) {
-        throw notUnderstood("tree path", name, endOfName(name, 0),
-                            "field name (* or [a..z0..9_$])");
+    std::vector<std::string> names;
+    for (std::size_t at = 0;; ++at) {
+        const std::size_t end = endOfName(columns, at);
+        if (end == at || (end < columns.size() && columns[end] != ','))
+            throw notUnderstood("columns parameter", columns, end,
+                                "field name (* or [a..z0..9_$])");
+        names.push_back(plainName(columns.substr(at, end - at)));
+        if (end == columns.size())
+            return names;
+        at = end;
     }
-    const std::string condition =
-        comparison(columnOf(table, name), operation, value, filter, statement);
-    return isNegated ? "not (" + condition + ')' : condition;
-}
-
-} // namespace
-
-std::string Statement::bind(SqlValue value)
-{
-    values.push_back(std::move(value));
-    return '$' + std::to_string(values.size());
 }
 
 std::string columnsFrom(const std::string &select, const std::string &table)
@@ -123,10 +79,12 @@ std::string columnsFrom(const std::string &select, const std::string &table)
     for (std::size_t at = 0;; ++at) {
         const bool isStar = at < select.size() && select[at] == '*';
         const std::size_t end = isStar ? at + 1 : endOfName(select, at);
+        if (end > at)
+            requirePlain(select, end);
         if (end == at || (end < select.size() && select[end] != ','))
             throw notUnderstood("select parameter", select, end, "field name (* or [a..z0..9_$])");
         columns += (columns.empty() ? "" : ", ")
-            + (isStar ? table + ".*" : columnOf(table, select.substr(at, end - at)));
+            + (isStar ? table + ".*" : columnOf(table, plainName(select.substr(at, end - at))));
         if (end == select.size())
             return columns;
         at = end;
@@ -140,7 +98,8 @@ std::string orderFrom(const std::string &order, const std::string &table)
         const std::size_t nameEnd = endOfName(order, at);
         if (nameEnd == at)
             throw notUnderstood("order", order, at, "field name (* or [a..z0..9_$])");
-        terms += (terms.empty() ? "" : ", ") + columnOf(table, order.substr(at, nameEnd - at));
+        terms += (terms.empty() ? "" : ", ")
+            + columnOf(table, plainName(order.substr(at, nameEnd - at)));
         at = nameEnd;
         bool hasDirection = false;
         bool hasNulls = false;
@@ -164,24 +123,6 @@ std::string orderFrom(const std::string &order, const std::string &table)
         if (order[at] != ',')
             throw notUnderstood("order", order, at, "\",\" or end of input");
     }
-}
-
-std::string conditionFrom(const std::multimap<std::string, std::string> &query,
-                          const std::string &table, Statement &statement)
-{
-    std::string condition;
-    for (const auto &[name, filter] : query) {
-        bool isFilter = true;
-        for (const char *reserved :
-             {"select", "order", "limit", "offset", "columns", "on_conflict", "apikey"}) {
-            isFilter = isFilter && name != reserved;
-        }
-        if (isFilter) {
-            condition +=
-                (condition.empty() ? "" : " and ") + filterFrom(name, filter, table, statement);
-        }
-    }
-    return condition;
 }
 
 std::optional<long> rowCountFrom(const std::multimap<std::string, std::string> &query,

@@ -2,6 +2,7 @@
 
 #include "service/Database.h"
 
+#include <charconv>
 #include <nlohmann/json.hpp>
 
 namespace {
@@ -30,6 +31,14 @@ int statusFor(const std::string &state, const std::string &message, bool isSigne
         return 405;
     if (state == "21000")
         return message.ends_with("requires a WHERE clause") ? 400 : 500;
+    // A function of the database chooses the status by such a code.
+    int chosen = 0;
+    if (isOfClass("PT")
+        && std::from_chars(state.data() + 2, state.data() + state.size(), chosen).ptr
+            == state.data() + state.size()
+        && chosen >= 200 && chosen < 600) {
+        return chosen;
+    }
     if (isOfClass("08") || (isOfClass("53") && state != "53400"))
         return 503;
     if (isOfClass("0L") || isOfClass("0P") || isOfClass("28"))
@@ -73,6 +82,11 @@ Reply restError(const DatabaseError &error, bool isSignedIn)
     if (reply.status == 401)
         reply.headers.emplace_back("WWW-Authenticate", "Bearer");
     return reply;
+}
+
+Reply notOffered(const std::string &what)
+{
+    return restError(501, "LOCAL", "The local service does not offer this: " + what);
 }
 
 Reply gatewayError(int status, const std::string &message, const std::optional<std::string> &hint)

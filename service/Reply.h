@@ -37,6 +37,10 @@ Reply restError(int status, const std::string &code, const std::string &message,
 /// "who are you" (401).
 Reply restError(const DatabaseError &error, bool isSignedIn);
 
+/// The refusal of what a hosted project offers and this service does not. It says so, instead of
+/// doing something else.
+Reply notOffered(const std::string &what);
+
 /// An error of the gateway, which knows a message and sometimes a hint.
 Reply gatewayError(int status, const std::string &message,
                    const std::optional<std::string> &hint = std::nullopt);

@@ -108,7 +108,10 @@ Call callFrom(const httplib::Request &request)
         std::transform(lower.begin(), lower.end(), lower.begin(), [](unsigned char letter) {
             return static_cast<char>(std::tolower(letter));
         });
-        call.headers.emplace(lower, value);
+        // A header given twice is one list.
+        const auto [known, isNew] = call.headers.emplace(lower, value);
+        if (!isNew)
+            known->second += ", " + value;
     }
     return call;
 }

@@ -1,10 +1,55 @@
 #include "service/RestReading.h"
 
+#include "service/Filter.h"
+#include "service/Preferences.h"
 #include "service/QueryText.h"
 
 #include <algorithm>
-#include <array>
-#include <sstream>
+#include <charconv>
+
+namespace {
+
+struct RowRange {
+    long offset = 0;
+    long limit = 0;
+};
+
+/// "5-9" or "5-", as the header "Range" has it; nothing when it is anything else, such as bytes.
+std::optional<RowRange> headerRange(const std::string &text, long mostRows)
+{
+    const char *end = text.data() + text.size();
+    RowRange range;
+    auto [at, error] = std::from_chars(text.data(), end, range.offset);
+    if (error != std::errc() || range.offset < 0 || at == end || *at != '-')
+        return std::nullopt;
+    range.limit = mostRows;
+    if (++at != end) {
+        long last = 0;
+        const auto [stop, fault] = std::from_chars(at, end, last);
+        if (fault != std::errc() || stop != end || last < 0)
+            return std::nullopt;
+        if (last < range.offset) {
+            throw restError(416, "PGRST103", "Requested range not satisfiable",
+                            "The lower boundary must be lower than or equal to the upper boundary "
+                            "in the Range header.");
+        }
+        range.limit = std::min(mostRows, last - range.offset + 1);
+    }
+    return range;
+}
+
+RowRange rangeOf(const Call &call, long mostRows)
+{
+    const auto offset = rowCountFrom(call.query, "offset");
+    const auto limit = rowCountFrom(call.query, "limit");
+    if (!offset && !limit) {
+        if (const auto range = headerRange(call.header("rows-range"), mostRows))
+            return *range;
+    }
+    return {offset.value_or(0), std::min(limit.value_or(mostRows), mostRows)};
+}
+
+} // namespace
 
 void actAs(Connection &connection, const Caller &caller)
 {
@@ -16,47 +61,40 @@ void actAs(Connection &connection, const Caller &caller)
 
 void requireTable(const Rest &rest, const std::string &table)
 {
-    if (!rest.catalogue.hasTable(table))
-        throw restError(404, "42P01", "relation \"public." + table + "\" does not exist");
+    if (!rest.catalogue.hasTable(table)) {
+        throw restError(404, "PGRST205",
+                        "Could not find the table 'public." + table + "' in the schema cache");
+    }
 }
 
-void requireJsonAccepted(const Call &call)
+std::string rowsType(bool isSingle)
 {
-    const std::string accept = call.header("accept");
-    std::istringstream types(accept);
-    for (std::string type; std::getline(types, type, ',');) {
-        type = type.substr(0, type.find(';'));
-        std::erase(type, ' ');
-        constexpr std::array<std::string_view, 3> offered{"*/*", "application/*",
-                                                          "application/json"};
-        if (std::find(offered.begin(), offered.end(), type) != offered.end())
-            return;
-    }
-    if (!accept.empty())
-        throw restError(406, "PGRST107", "None of these media types are available: " + accept);
+    return isSingle ? "application/vnd.pgrst.object+json; charset=utf-8"
+                    : "application/json; charset=utf-8";
 }
 
 Reply readRows(const Rest &rest, const Call &call, const Caller &caller, const std::string &table)
 {
     requireTable(rest, table);
-    requireJsonAccepted(call);
+    const bool isSingle = wantsSingleObject(call);
+    const Preferences preferences = preferencesOf(call);
 
     const auto value = [&](const char *name, const char *fallback) {
         const auto found = call.query.find(name);
         return found == call.query.end() ? std::string(fallback) : found->second;
     };
-    const long offset = rowCountFrom(call.query, "offset").value_or(0);
-    const long limit =
-        std::min<long>(rowCountFrom(call.query, "limit").value_or(rest.maxRows), rest.maxRows);
+    const RowRange range = rangeOf(call, rest.maxRows);
     const std::string name = quotedIdentifier(table);
     const std::string order = value("order", "");
     Statement statement;
     const std::string condition = conditionFrom(call.query, name, statement);
-    statement.text = "select coalesce(json_agg(page), '[]')::text, count(*) from (select "
-        + columnsFrom(value("select", "*"), name) + " from public." + name
-        + (condition.empty() ? "" : " where " + condition)
+    const std::string where =
+        " from public." + name + (condition.empty() ? "" : " where " + condition);
+    statement.text = "select coalesce(json_agg(page), '[]')::text, json_agg(page)->0, count(*), "
+        + (preferences.count ? "(select count(*)" + where + ')' : "null") + " from (select "
+        + columnsFrom(value("select", "*"), name) + where
         + (order.empty() ? "" : " order by " + orderFrom(order, name)) + " limit "
-        + std::to_string(limit) + " offset " + std::to_string(offset) + ") as page";
+        + std::to_string(range.limit) + " offset " + std::to_string(range.offset) + ") as page";
 
     const auto session = rest.sessions.take();
     Transaction transaction(*session, "begin read only");
@@ -64,12 +102,27 @@ Reply readRows(const Rest &rest, const Call &call, const Caller &caller, const s
     const Rows rows = session->run(statement.text, statement.values);
     transaction.commit();
 
+    const long count = std::stol(rows.text(0, 2));
+    std::optional<long> total;
+    if (preferences.count)
+        total = std::stol(rows.text(0, 3));
+    const auto tell = [&](Reply reply) {
+        reply.headers.emplace_back("Content-Range", contentRange(range.offset, count, total));
+        if (preferences.count)
+            reply.headers.emplace_back("Preference-Applied", preferences.applied());
+        return reply;
+    };
+    if (total && range.offset > *total) {
+        throw tell(restError(416, "PGRST103", "Requested range not satisfiable",
+                             "An offset of " + std::to_string(range.offset)
+                                 + " was requested, but there are only " + std::to_string(*total)
+                                 + " rows."));
+    }
+    if (isSingle)
+        requireSingle(count);
     Reply reply;
-    reply.body = rows.text(0, 0);
-    const long count = std::stol(rows.text(0, 1));
-    reply.headers.emplace_back("Content-Range",
-                               count == 0 ? "*/*"
-                                          : std::to_string(offset) + '-'
-                                       + std::to_string(offset + count - 1) + "/*");
-    return reply;
+    reply.status = total && count < *total ? 206 : 200;
+    reply.body = rows.text(0, isSingle ? 1 : 0);
+    reply.contentType = rowsType(isSingle);
+    return tell(reply);
 }

@@ -15,9 +15,11 @@ struct Rest {
 /// Gives a transaction the caller's role and claims until it ends.
 void actAs(Connection &connection, const Caller &caller);
 
-/// Throws the Reply for a table that is not there, or for an answer in a form that is not offered.
+/// Throws the Reply for a table that is not there.
 void requireTable(const Rest &rest, const std::string &table);
-void requireJsonAccepted(const Call &call);
 
-/// GET of a table's rows: select, order, filters, limit and offset.
+/// The content type of a reply that shows rows, as a list or as one object.
+std::string rowsType(bool isSingle);
+
+/// GET of a table's rows: select, order, filters, limit and offset or a range of rows.
 Reply readRows(const Rest &rest, const Call &call, const Caller &caller, const std::string &table);

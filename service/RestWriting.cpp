@@ -1,8 +1,12 @@
 #include "service/RestWriting.h"
 
+#include "service/Filter.h"
+#include "service/Json.h"
+#include "service/Preferences.h"
 #include "service/QueryText.h"
 
-#include <nlohmann/json.hpp>
+#include <algorithm>
+#include <optional>
 
 namespace {
 
@@ -14,13 +18,6 @@ struct Payload {
     std::vector<std::string> columns;
     bool isEmpty = false;
 };
-
-bool prefers(const Call &call, const std::string &preference)
-{
-    std::string header = ',' + call.header("prefer") + ',';
-    std::erase(header, ' ');
-    return header.find(',' + preference + ',') != std::string::npos;
-}
 
 std::vector<std::string> keysOf(const Json &row)
 {
@@ -35,19 +32,31 @@ Payload payloadFrom(const Rest &rest, const Call &call, const std::string &table
     const std::string type = call.header("content-type");
     if (!type.empty() && !type.starts_with("application/json"))
         throw restError(400, "PGRST102", "Content-Type not acceptable: " + type);
-    const Json body = Json::parse(call.body, nullptr, false);
+    const Json body = parsedJson(call.body);
     if (!body.is_object() && !body.is_array())
         throw restError(400, "PGRST102", "Empty or invalid json");
     Payload payload;
     // The text goes on as it came: PostgreSQL reads numbers exactly.
     payload.rows = body.is_object() ? '[' + call.body + ']' : call.body;
     payload.isEmpty = body.is_array() && body.empty();
-    const Json rows = body.is_object() ? Json::array({body}) : body;
-    if (!rows.empty())
-        payload.columns = keysOf(rows.front());
-    for (const Json &row : rows) {
-        if (!row.is_object() || keysOf(row) != payload.columns)
-            throw restError(400, "PGRST102", "All object keys must match");
+    const auto named = call.query.find("columns");
+    if (named != call.query.end()) {
+        // Each once, however often it is named.
+        for (const std::string &column : columnNames(named->second)) {
+            if (std::find(payload.columns.begin(), payload.columns.end(), column)
+                == payload.columns.end())
+                payload.columns.push_back(column);
+        }
+    } else if (body.is_object()) {
+        payload.columns = keysOf(body);
+    } else if (!body.empty()) {
+        payload.columns = keysOf(body.front());
+    }
+    if (body.is_array()) {
+        for (const Json &row : body) {
+            if (!row.is_object() || (named == call.query.end() && keysOf(row) != payload.columns))
+                throw restError(400, "PGRST102", "All object keys must match");
+        }
     }
     for (const std::string &column : payload.columns) {
         if (!rest.catalogue.hasColumn(table, column)) {
@@ -67,20 +76,32 @@ std::string listOf(const std::vector<std::string> &columns, const std::string &b
     return list;
 }
 
-/// What is told about `count` written rows, shown as `rows` to those who prefer to see them.
-Reply replyAfterWriting(const Call &call, const std::string &rows, long count)
+/// What was written: rows as a list, the first of them as an object, and how many there are.
+struct Written {
+    std::string rows = "[]";
+    std::string first;
+    long count = 0;
+};
+
+Reply replyAfterWriting(const Call &call, const Written &written)
 {
-    const bool showsRows = prefers(call, "return=representation");
+    const Preferences preferences = preferencesOf(call);
+    const bool isSingle = wantsSingleObject(call);
+    if (isSingle)
+        requireSingle(written.count);
     Reply reply;
-    reply.status = call.verb == "POST" ? 201 : showsRows ? 200 : 204;
-    reply.body = showsRows ? rows : "";
-    const bool tellsRange = call.verb != "POST" && count > 0;
+    reply.status = call.verb == "POST" ? 201 : preferences.showsRows ? 200 : 204;
+    reply.contentType = rowsType(isSingle);
+    if (preferences.showsRows)
+        reply.body = isSingle ? written.first : written.rows;
+    std::optional<long> total;
+    if (preferences.count)
+        total = written.count;
+    // Rows that are new or gone have no place in a list.
     reply.headers.emplace_back("Content-Range",
-                               tellsRange ? "0-" + std::to_string(count - 1) + "/*" : "*/*");
-    if (showsRows || prefers(call, "return=minimal")) {
-        reply.headers.emplace_back("Preference-Applied",
-                                   showsRows ? "return=representation" : "return=minimal");
-    }
+                               contentRange(0, call.verb == "PATCH" ? written.count : 0, total));
+    if (!preferences.applied().empty())
+        reply.headers.emplace_back("Preference-Applied", preferences.applied());
     return reply;
 }
 
@@ -88,22 +109,22 @@ Reply replyAfterWriting(const Call &call, const std::string &rows, long count)
 Reply write(const Rest &rest, const Call &call, const Caller &caller, const std::string &table,
             const Statement &statement)
 {
-    const bool showsRows = prefers(call, "return=representation");
-    if (showsRows)
-        requireJsonAccepted(call);
     const auto select = call.query.find("select");
     const std::string shown = select == call.query.end() ? "*" : select->second;
     const std::string text = "with written as (" + statement.text + " returning "
-        + (showsRows ? columnsFrom(shown, quotedIdentifier(table)) : "1")
-        + ") select coalesce(json_agg(written), '[]')::text, count(*) from written";
+        + (preferencesOf(call).showsRows ? columnsFrom(shown, quotedIdentifier(table)) : "1")
+        + ") select coalesce(json_agg(written), '[]')::text, json_agg(written)->0, count(*) "
+          "from written";
 
     const auto session = rest.sessions.take();
     Transaction transaction(*session);
     actAs(*session, caller);
     const Rows rows = session->run(text, statement.values);
+    // Before the end of the transaction: what may not be told is not written either.
+    const Reply reply =
+        replyAfterWriting(call, {rows.text(0, 0), rows.text(0, 1), std::stol(rows.text(0, 2))});
     transaction.commit();
-
-    return replyAfterWriting(call, rows.text(0, 0), std::stol(rows.text(0, 1)));
+    return reply;
 }
 
 /// A hosted project refuses to write a whole table by a forgotten filter.
@@ -125,7 +146,7 @@ Reply insertRows(const Rest &rest, const Call &call, const Caller &caller, const
     const std::string target = "public." + quotedIdentifier(table);
     Statement statement;
     if (payload.isEmpty)
-        return replyAfterWriting(call, "[]", 0);
+        return replyAfterWriting(call, {});
     statement.text = "insert into " + target;
     if (payload.columns.empty()) {
         statement.text += " default values";
@@ -146,7 +167,7 @@ Reply updateRows(const Rest &rest, const Call &call, const Caller &caller, const
     Statement statement;
     const std::string condition = requiredCondition(call, table, "UPDATE", statement);
     if (payload.columns.empty())
-        return replyAfterWriting(call, "[]", 0);
+        return replyAfterWriting(call, {});
     statement.text = "update " + target + " set (" + listOf(payload.columns) + ") = row("
         + listOf(payload.columns, "change.")
         + ") from (select * from json_populate_recordset(null::" + target + ", "

@@ -26,9 +26,11 @@ alter database postgres set search_path = "$user", public, extensions;
 
 revoke create on schema public from public;
 grant usage on schema public to anon, authenticated, service_role;
-alter default privileges in schema public grant all on tables to anon, authenticated, service_role;
-alter default privileges in schema public grant all on sequences to anon, authenticated, service_role;
-alter default privileges in schema public grant all on functions to anon, authenticated, service_role;
+-- Nothing is granted on what a migration makes, as in a project of today: what it does not grant
+-- itself fails here, too. A cluster of an earlier version still has the grants of older projects.
+alter default privileges in schema public revoke all on tables from anon, authenticated, service_role;
+alter default privileges in schema public revoke all on sequences from anon, authenticated, service_role;
+alter default privileges in schema public revoke all on functions from anon, authenticated, service_role;
 
 create schema if not exists auth;
 grant usage on schema auth to anon, authenticated, service_role;
@@ -118,7 +120,7 @@ $$;
 create or replace function local_service.account(account auth.users) returns json
     language sql stable
 as $$
-    select json_strip_nulls(json_build_object(
+    select (rtrim(json_strip_nulls(json_build_object(
         'id', account.id,
         'aud', coalesce(account.aud, 'authenticated'),
         'role', coalesce(account.role, 'authenticated'),
@@ -126,10 +128,12 @@ as $$
         'email_confirmed_at', local_service.instant(account.email_confirmed_at),
         'phone', coalesce(account.phone, ''),
         'confirmation_sent_at', local_service.instant(account.confirmation_sent_at),
+        'recovery_sent_at', local_service.instant(account.recovery_sent_at),
+        'new_email', nullif(account.email_change, ''),
+        'email_change_sent_at', local_service.instant(account.email_change_sent_at),
         'confirmed_at', local_service.instant(account.email_confirmed_at),
         'last_sign_in_at', local_service.instant(account.last_sign_in_at),
         'app_metadata', coalesce(account.raw_app_meta_data, '{}'),
-        'user_metadata', coalesce(account.raw_user_meta_data, '{}'),
         'identities', json_build_array(json_build_object(
             'identity_id', account.id,
             'id', account.id,
@@ -146,7 +150,30 @@ as $$
             'email', account.email)),
         'created_at', local_service.instant(account.created_at),
         'updated_at', local_service.instant(account.updated_at),
-        'is_anonymous', account.is_anonymous))
+        'is_anonymous', account.is_anonymous))::text, '}')
+        -- With the nulls that somebody wrote there.
+        || ',"user_metadata":' || coalesce(account.raw_user_meta_data, '{}')::text || '}')::json
+$$;
+
+-- An address is confirmed once, by whichever mail its owner answers first.
+create or replace function local_service.confirm(account uuid) returns void
+    language sql volatile
+as $$
+    update auth.users
+    set email_confirmed_at = now(), confirmation_token = '', updated_at = now(),
+        raw_user_meta_data = coalesce(raw_user_meta_data, '{}') || '{"email_verified": true}'
+    where id = account and email_confirmed_at is null
+$$;
+
+create or replace function local_service.change_email(account uuid) returns void
+    language sql volatile
+as $$
+    update auth.users
+    set email = email_change, email_change = '', updated_at = now(),
+        email_confirmed_at = coalesce(email_confirmed_at, now()),
+        raw_user_meta_data = coalesce(raw_user_meta_data, '{}')
+            || jsonb_build_object('email', email_change, 'email_verified', true)
+    where id = account and email_change <> ''
 $$;
 
 create or replace function local_service.password_hash(password text) returns text

@@ -36,7 +36,7 @@ private:
     {
         QFile file(m_service.dataFolder() + u"/keys.json"_s);
         return file.open(QIODevice::ReadOnly)
-            ? QJsonDocument::fromJson(file.readAll())[u"secret"_s].toString().toLatin1()
+            ? QJsonDocument::fromJson(file.readAll())[u"token_secret"_s].toString().toLatin1()
             : QByteArray();
     }
     void compareError(const ServiceReply &reply, int status, const QByteArray &body)
@@ -195,25 +195,35 @@ private Q_SLOTS:
         QJsonObject ended = claims;
         ended[u"exp"_s] = QDateTime::currentSecsSinceEpoch() - 1;
         QTest::addColumn<QByteArray>("bearer");
+        QTest::addColumn<QByteArray>("code");
+        QTest::addColumn<QByteArray>("details");
         QTest::addColumn<QByteArray>("message");
-        const QByteArray wrong = "JWSError JWSInvalidSignature";
-        QTest::newRow("expired") << signedToken(ended, secret()) << QByteArray("JWT expired");
-        QTest::newRow("another secret") << signedToken(claims, "another") << wrong;
-        QTest::newRow("unsigned") << signedToken(claims, {}, "none") << wrong;
-        QTest::newRow("changed") << signedToken(claims, secret()).replace('.', ".e") << wrong;
-        QTest::newRow("not a token")
-            << QByteArray("a.b")
-            << QByteArray("JWSError (CompactDecodeError Invalid number of parts: Expected 3 "
-                          "parts; got 2)");
+        const auto row = [](const char *name, const QByteArray &bearer, const char *code,
+                            const char *details, const char *message) {
+            QTest::newRow(name) << bearer << QByteArray(code) << QByteArray(details)
+                                << QByteArray(message);
+        };
+        const char *wrong = "No suitable key or wrong key type";
+        const char *none = "\"None of the keys was able to decode the JWT\"";
+        row("expired", signedToken(ended, secret()), "PGRST303", "null", "JWT expired");
+        row("another secret", signedToken(claims, "another"), "PGRST301", none, wrong);
+        row("unsigned", signedToken(claims, {}, "none"), "PGRST301", none, wrong);
+        row("changed", signedToken(claims, secret()).replace('.', ".e"), "PGRST301", none, wrong);
+        row("not a token", "a.b", "PGRST301", "null", "Expected 3 parts in JWT; got 2");
+        row("nothing", "", "PGRST301", "null", "Empty JWT is sent in Authorization header");
+        row("a key that is not the request's", "sb_secret_x", "PGRST301", "null",
+            "Expected 3 parts in JWT; got 1");
     }
     void aTokenThatIsNotOursIsRefused()
     {
         QFETCH(QByteArray, bearer);
+        QFETCH(QByteArray, code);
+        QFETCH(QByteArray, details);
         QFETCH(QByteArray, message);
         const ServiceReply reply = get(wholeList, {{"Authorization", "Bearer " + bearer}});
         compareError(reply, 401,
-                     "{\"code\":\"PGRST301\",\"details\":null,\"hint\":null,\"message\":\""
-                         + message + "\"}");
+                     "{\"code\":\"" + code + "\",\"details\":" + details
+                         + ",\"hint\":null,\"message\":\"" + message + "\"}");
         QCOMPARE(reply.header("WWW-Authenticate"),
                  "Bearer error=\"invalid_token\", error_description=\"" + message + '"');
     }
@@ -233,10 +243,10 @@ private Q_SLOTS:
             "column events.couleur does not exist");
         row("unknown filter column", "/rest/v1/events?couleur=eq.1", 400, "42703",
             "column events.couleur does not exist");
-        row("unknown table", "/rest/v1/recettes", 404, "42P01",
-            "relation \"public.recettes\" does not exist");
-        row("a table of another schema", "/rest/v1/users", 404, "42P01",
-            "relation \"public.users\" does not exist");
+        row("unknown table", "/rest/v1/recettes", 404, "PGRST205",
+            "Could not find the table 'public.recettes' in the schema cache");
+        row("a table of another schema", "/rest/v1/users", 404, "PGRST205",
+            "Could not find the table 'public.users' in the schema cache");
         row("bad order", "/rest/v1/events?order=starts_at.sideways", 400, "PGRST100",
             "\"failed to parse order (starts_at.sideways)\" (line 1, column 11)");
         row("bad select", "/rest/v1/events?select=id,", 400, "PGRST100",
@@ -272,9 +282,9 @@ private Q_SLOTS:
 
     void anUnknownVerbIsNotAllowed()
     {
-        compareError(get("/rest/v1/events", {}, "OPTIONS"), 405,
+        compareError(get("/rest/v1/events", {}, "TRACE"), 405,
                      R"({"code":"PGRST117","details":null,"hint":null,)"
-                     R"("message":"Unsupported HTTP method: OPTIONS"})");
+                     R"("message":"Unsupported HTTP method: TRACE"})");
     }
 
     void anAddressOutsideTheInterfacesIsNotFound()
