@@ -1,5 +1,6 @@
 #include "account/Credentials.h"
 
+#include "platform/JsonText.h"
 #include "platform/RecordReader.h"
 
 using namespace Qt::StringLiterals;
@@ -19,4 +20,12 @@ Credentials readCredentials(RecordReader reader)
 std::variant<Credentials, DecodingError> decodeCredentials(const QByteArray &body)
 {
     return decodeRecord(body, u"Credentials"_s, readCredentials);
+}
+
+QByteArray encodeCredentials(const Credentials &credentials)
+{
+    JsonObjectWriter writer;
+    writer.add("email", credentials.email);
+    writer.add("password", credentials.password);
+    return writer.object();
 }

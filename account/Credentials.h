@@ -17,3 +17,6 @@ struct Credentials {
 /// The JSON object of an e-mail address and a password, as `decodeRecord` reads it. May be called
 /// on any thread.
 std::variant<Credentials, DecodingError> decodeCredentials(const QByteArray &body);
+
+/// The same object of `credentials`: what the service is sent, and what is remembered.
+QByteArray encodeCredentials(const Credentials &credentials);

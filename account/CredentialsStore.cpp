@@ -1,7 +1,5 @@
 #include "account/CredentialsStore.h"
 
-#include "platform/JsonText.h"
-
 std::optional<Credentials> CredentialsStore::loadCredentials(const UserDefaults &defaults)
 {
     const auto data = defaults.data(key.toString());
@@ -14,7 +12,5 @@ std::optional<Credentials> CredentialsStore::loadCredentials(const UserDefaults 
 
 void CredentialsStore::save(const Credentials &credentials, UserDefaults &defaults)
 {
-    defaults.set(key.toString(),
-                 "{\"email\":" + jsonText(credentials.email)
-                     + ",\"password\":" + jsonText(credentials.password) + '}');
+    defaults.set(key.toString(), encodeCredentials(credentials));
 }

@@ -1,7 +1,6 @@
 #include "backend/AuthRequests.h"
 
 #include "backend/RequestParts.h"
-#include "platform/JsonText.h"
 
 using namespace Qt::StringLiterals;
 
@@ -14,8 +13,7 @@ Request authRequest(const Configuration &configuration, const QString &path,
     return {"POST",
             addressOf(configuration, path),
             {apiKey(configuration), jsonContent(), acceptJson()},
-            "{\"email\":" + jsonText(credentials.email)
-                + ",\"password\":" + jsonText(credentials.password) + '}'};
+            encodeCredentials(credentials)};
 }
 
 } // namespace

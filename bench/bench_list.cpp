@@ -1,6 +1,7 @@
 // What a list of many events costs: from its content to the first picture, and a step of scrolling.
 // Beside it a stock list view with the same rows, which must measure them all to know its length.
 
+#include "Clocks.h"
 #include "ListRow.h"
 #include "controls/Pane.h"
 #include "look/Colors.h"
@@ -13,7 +14,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <ctime>
 #include <numeric>
 #include <vector>
 
@@ -27,17 +27,10 @@ constexpr int wheelStep = 60;
 /// waits, and all of it runs on this thread.
 class WorkTimer {
 public:
-    void start() { m_start = now(); }
-    double milliseconds() const { return now() - m_start; }
+    void start() { m_start = Clocks::ofThread(); }
+    double milliseconds() const { return Clocks::ofThread() - m_start; }
 
 private:
-    static double now()
-    {
-        timespec time{};
-        clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-        return double(time.tv_sec) * 1e3 + double(time.tv_nsec) / 1e6;
-    }
-
     double m_start = 0;
 };
 

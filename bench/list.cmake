@@ -1,1 +1,1 @@
-amorvelle_add_bench(bench_list LINKS sectionlist SOURCES ListRow.cpp ListRow.h)
+amorvelle_add_bench(bench_list LINKS sectionlist SOURCES Clocks.h ListRow.cpp ListRow.h)

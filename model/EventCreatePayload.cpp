@@ -6,45 +6,6 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-QByteArray json(const QString &text)
-{
-    return jsonText(text);
-}
-
-QByteArray json(const QStringList &texts)
-{
-    QByteArray list;
-    for (const QString &text : texts)
-        list += (list.isEmpty() ? "" : ",") + jsonText(text);
-    return '[' + list + ']';
-}
-
-// A JSON object that is written member by member. (QJsonObject would sort its keys.)
-class ObjectWriter {
-public:
-    template <typename Value>
-    void add(const char *key, const Value &value)
-    {
-        m_members += (m_members.isEmpty() ? "\"" : ",\"") + QByteArray(key) + "\":" + json(value);
-    }
-
-    template <typename Value>
-    void add(const char *key, const std::optional<Value> &value)
-    {
-        if (value)
-            add(key, *value);
-    }
-
-    QByteArray object() const { return '{' + m_members + '}'; }
-
-private:
-    QByteArray m_members;
-};
-
-} // namespace
-
 QString EventCreatePayload::isoDateTime(Instant from, Instant time, const Calendar &calendar)
 {
     const QDateTime joined = QDateTime::fromMSecsSinceEpoch(calendar.join(from, time).ms, Qt::UTC);
@@ -55,7 +16,7 @@ QString EventCreatePayload::isoDateTime(Instant from, Instant time, const Calend
 
 QByteArray EventCreatePayload::toJson() const
 {
-    ObjectWriter writer;
+    JsonObjectWriter writer;
     writer.add("id", id);
     writer.add("user_id", user_id);
     writer.add("titre", titre);

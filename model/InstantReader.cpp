@@ -1,5 +1,7 @@
 #include "model/InstantReader.h"
 
+#include <chrono>
+
 namespace {
 
 constexpr qint64 secondsOfDay = 86'400;
@@ -72,16 +74,11 @@ private:
     const Char *m_end;
 };
 
-// Days since 1970-01-01: "days_from_civil" of Howard Hinnant's "chrono-Compatible Low-Level Date
-// Algorithms".
+// Days since 1970-01-01. A day that its month does not have is one of the next.
 qint64 daysSince1970(int year, int month, int day)
 {
-    const int y = month <= 2 ? year - 1 : year;
-    const int era = (y >= 0 ? y : y - 399) / 400;
-    const int yearOfEra = y - era * 400;
-    const int dayOfYear = (153 * (month > 2 ? month - 3 : month + 9) + 2) / 5 + day - 1;
-    const int dayOfEra = yearOfEra * 365 + yearOfEra / 4 - yearOfEra / 100 + dayOfYear;
-    return qint64(era) * 146'097 + dayOfEra - 719'468;
+    namespace chrono = std::chrono;
+    return chrono::sys_days(chrono::year(year) / month / day).time_since_epoch().count();
 }
 
 template <typename Char>

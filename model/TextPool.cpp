@@ -7,13 +7,14 @@
 
 namespace {
 
-// Multiply to double width and fold, two words at a time: the step of Wang Yi's wyhash. Enough to
-// spread texts over a table, and the tables are short-lived.
-std::uint64_t folded(std::uint64_t a, std::uint64_t b)
+// Takes two words into a hash. Multiplying carries every bit upwards, the shift brings the high
+// ones down again, where the tables look. The tables are short-lived: nobody can aim at them.
+std::uint64_t mixed(std::uint64_t hash, std::uint64_t low, std::uint64_t high)
 {
-    __extension__ using Wide = unsigned __int128;
-    const Wide product = Wide{a} * b;
-    return static_cast<std::uint64_t>(product) ^ static_cast<std::uint64_t>(product >> 64);
+    constexpr std::uint64_t first = 0x9E37'79B9'7F4A'7C15; // odd, its bits without a pattern
+    constexpr std::uint64_t second = 0xC2B2'AE3D'27D4'EB4F;
+    const std::uint64_t product = (hash ^ low) * first ^ high * second;
+    return (product ^ product >> 32) * first;
 }
 
 template <typename Word = std::uint64_t>
@@ -26,14 +27,12 @@ std::uint64_t wordAt(const char *at)
 
 std::uint64_t hashOf(std::string_view bytes)
 {
-    constexpr std::uint64_t first = 0xA076'1D64'78BD'642F;
-    constexpr std::uint64_t second = 0xE703'7ED1'A0B4'28DB;
     constexpr size_t step = 2 * sizeof(std::uint64_t);
     const char *at = bytes.data();
     size_t size = bytes.size();
-    std::uint64_t hash = first ^ size;
+    std::uint64_t hash = size;
     for (; size > step; at += step, size -= step)
-        hash = folded(wordAt(at) ^ first, wordAt(at + step / 2) ^ hash);
+        hash = mixed(hash, wordAt(at), wordAt(at + step / 2));
     // The last words may overlap those before.
     std::uint64_t low = 0;
     std::uint64_t high = 0;
@@ -50,7 +49,8 @@ std::uint64_t hashOf(std::string_view bytes)
         for (; size > 0; ++at, --size)
             low = low << 8 | static_cast<unsigned char>(*at);
     }
-    return folded(low ^ second, high ^ hash);
+    hash = mixed(hash, low, high);
+    return hash ^ hash >> 32;
 }
 
 } // namespace

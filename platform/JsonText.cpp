@@ -24,11 +24,24 @@ QByteArray jsonText(QStringView text)
             json += "\\t";
             break;
         default:
-            if (c >= 0 && c < 0x20)
+            if (static_cast<unsigned char>(c) < 0x20)
                 json += "\\u" + QByteArray::number(int{c}, 16).rightJustified(4, '0');
             else
                 json += c;
         }
     }
     return json + '"';
+}
+
+void JsonObjectWriter::add(const char *key, const QStringList &texts)
+{
+    QByteArray list;
+    for (const QString &text : texts)
+        list += (list.isEmpty() ? "" : ",") + jsonText(text);
+    addJson(key, '[' + list + ']');
+}
+
+void JsonObjectWriter::addJson(const char *key, const QByteArray &value)
+{
+    m_members += (m_members.isEmpty() ? "\"" : ",\"") + QByteArray(key) + "\":" + value;
 }

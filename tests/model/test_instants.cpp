@@ -30,6 +30,7 @@ private Q_SLOTS:
     void furtherForms_data();
     void furtherForms();
     void everyDayFollowsTheOneBefore();
+    void daysAreThoseOfTheToolkitsCalendar();
 };
 
 void TestInstants::instantsAreReadAsTheServiceWritesThem()
@@ -111,6 +112,24 @@ void TestInstants::everyDayFollowsTheOneBefore()
         last = read->ms;
     }
     QCOMPARE(read(u"9999-12-31"_s)->ms, 253'402'214'400'000);
+}
+
+void TestInstants::daysAreThoseOfTheToolkitsCalendar()
+{
+    const QDate epoch(1970, 1, 1);
+    int days = 0;
+    for (const int year :
+         {1, 4, 100, 400, 1582, 1600, 1752, 1900, 1970, 2000, 2024, 2026, 2100, 9999}) {
+        for (QDate day(year, 1, 1); day.year() == year; day = day.addDays(1)) {
+            const QString text = day.toString(Qt::ISODate);
+            QCOMPARE(read(text), Instant{epoch.daysTo(day) * 86'400'000});
+            QCOMPARE(readDay(text), read(text));
+            ++days;
+        }
+    }
+    QCOMPARE(days, 14 * 365 + 6); // leap: 4, 400, 1600, 1752, 2000, 2024
+    QVERIFY(read(u"2023-02-29"_s) == read(u"2023-03-01"_s));
+    QVERIFY(read(u"2100-02-31"_s) == read(u"2100-03-03"_s));
 }
 
 QTEST_GUILESS_MAIN(TestInstants)

@@ -1,0 +1,8 @@
+#include "platform/Instant.h"
+
+#include <QDateTime>
+
+Instant Instant::now()
+{
+    return {QDateTime::currentMSecsSinceEpoch()};
+}
