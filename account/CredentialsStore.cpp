@@ -1,5 +1,7 @@
 #include "account/CredentialsStore.h"
 
+#include <variant>
+
 std::optional<Credentials> CredentialsStore::loadCredentials(const UserDefaults &defaults)
 {
     const auto data = defaults.data(key.toString());

@@ -5,6 +5,9 @@
 #include "backend/UndecodableReply.h"
 #include "platform/Text.h"
 
+#include <optional>
+#include <variant>
+
 namespace {
 
 QString reasonOf(const QByteArray &body, const QString &fallback)

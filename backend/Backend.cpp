@@ -9,6 +9,8 @@
 
 #include <QEventLoopLocker>
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 Backend::Backend(const Configuration &configuration, UserDefaults &defaults,

@@ -2,11 +2,14 @@
 
 #include <QXmlStreamReader>
 
+#include <optional>
+
 #ifdef Q_OS_MACOS
 #include <CoreFoundation/CoreFoundation.h>
 #else
 #include <QCoreApplication>
 #include <QFile>
+
 #endif
 
 using namespace Qt::StringLiterals;

@@ -4,6 +4,12 @@
 #include "backend/DiagnosticFile.h"
 #include "backend/SupabaseError.h"
 
+#include <functional>
+#include <memory>
+#include <optional>
+#include <utility>
+#include <variant>
+
 QCoro::Task<QList<Event>> decodeOnWorker(Worker &worker, WaitingRoom &room, QByteArray body,
                                          QString diagnosticFile)
 {

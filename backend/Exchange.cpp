@@ -2,6 +2,8 @@
 
 #include "backend/OneShotBody.h"
 
+#include <algorithm>
+
 namespace {
 
 /// So much is taken over in one turn of the event loop, in bytes: about a millisecond. A thread

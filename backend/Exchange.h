@@ -7,6 +7,7 @@
 #include <QNetworkReply>
 #include <QTimer>
 #include <optional>
+#include <utility>
 
 /// What an exchange ended with, as the network manager tells it.
 struct Received {

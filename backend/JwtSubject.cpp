@@ -5,6 +5,7 @@
 #include <QStringList>
 
 #include <algorithm>
+#include <string_view>
 
 namespace {
 

@@ -1,5 +1,8 @@
 #include "backend/OnWorker.h"
 
+#include <functional>
+#include <utility>
+
 QCoro::Task<void> onWorker(Worker &worker, WaitingRoom &room, std::function<void()> job)
 {
     WaitingRoom::Seat end(room);

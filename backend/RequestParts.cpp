@@ -3,6 +3,8 @@
 #include "backend/SupabaseError.h"
 #include "platform/Address.h"
 
+#include <optional>
+
 Header apiKey(const Configuration &configuration)
 {
     return {"apikey", configuration.supabaseKey.toUtf8()};

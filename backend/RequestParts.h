@@ -3,6 +3,8 @@
 #include "backend/Configuration.h"
 #include "backend/Request.h"
 
+#include <utility>
+
 /// What the requests of all operations are put together from.
 using Header = std::pair<QByteArray, QByteArray>;
 

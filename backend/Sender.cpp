@@ -7,6 +7,10 @@
 #include "backend/TransportFailure.h"
 
 #include <algorithm>
+#include <functional>
+#include <memory>
+#include <utility>
+#include <variant>
 
 using namespace Qt::StringLiterals;
 

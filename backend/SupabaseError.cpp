@@ -2,6 +2,8 @@
 
 #include "platform/Text.h"
 
+#include <optional>
+
 using namespace Qt::StringLiterals;
 
 SupabaseError SupabaseError::invalidURL(const QString &base)

@@ -1,5 +1,8 @@
 #include "backend/TransportFailure.h"
 
+#include <chrono>
+#include <optional>
+
 using namespace Qt::StringLiterals;
 
 namespace {

@@ -3,6 +3,8 @@
 #include "backend/Exchange.h"
 #include "backend/TransportError.h"
 
+#include <optional>
+
 /// Whether an exchange failed before the service could be judged, in our own words: the manager's
 /// are odd (a silent server reads "Operation canceled"). None when there is a whole reply, also one
 /// whose status the manager takes for an error.

@@ -3,6 +3,7 @@
 #include "backend/TransportError.h"
 
 #include <algorithm>
+#include <coroutine>
 #include <utility>
 
 using namespace Qt::StringLiterals;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QCoro/QCoroTask>
+#include <coroutine>
 #include <functional>
 #include <memory>
 #include <vector>

@@ -8,6 +8,7 @@
 #include <QTimer>
 
 #include <cstdio>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 

@@ -15,6 +15,7 @@
 #include <simdjson.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdio>
 #include <cstdlib>
 #include <functional>

@@ -8,6 +8,9 @@
 #include <QStackedLayout>
 #include <QVBoxLayout>
 
+#include <optional>
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 namespace {

@@ -5,6 +5,8 @@
 
 #include <QWidget>
 
+#include <optional>
+
 class QStackedLayout;
 class SectionList;
 

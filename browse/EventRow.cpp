@@ -8,6 +8,7 @@
 #include "look/Fonts.h"
 
 #include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 

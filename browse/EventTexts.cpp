@@ -1,5 +1,7 @@
 #include "browse/EventTexts.h"
 
+#include <optional>
+
 bool isPresent(const std::optional<QString> &text)
 {
     return text && !text->isEmpty();

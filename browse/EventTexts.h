@@ -3,6 +3,8 @@
 #include "model/Event.h"
 #include "platform/Calendar.h"
 
+#include <optional>
+
 /// Whether an optional text has something to show: it is there and not empty. Blanks count.
 bool isPresent(const std::optional<QString> &text);
 

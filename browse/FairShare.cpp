@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <numeric>
+#include <utility>
 
 QList<int> fairShare(QList<int> wishes, int room)
 {

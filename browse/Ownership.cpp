@@ -2,6 +2,8 @@
 
 #include "platform/Text.h"
 
+#include <optional>
+
 bool isOwner(const Event &event, const std::optional<QString> &currentUserId)
 {
     if (!event.user_id || !currentUserId)

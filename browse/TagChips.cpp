@@ -11,6 +11,7 @@
 #include <QPainter>
 
 #include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 

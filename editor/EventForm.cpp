@@ -5,6 +5,7 @@
 #include <QUuid>
 
 #include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 

@@ -2,6 +2,8 @@
 
 #include "controls/Menu.h"
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 TagMenuView::TagMenuView(const QString &name, const QStringList &tags, QWidget *parent)

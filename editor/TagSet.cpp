@@ -3,6 +3,7 @@
 #include "platform/Text.h"
 
 #include <algorithm>
+#include <iterator>
 
 TagSet::TagSet(const QStringList &tags)
     : m_sorted(tags)

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <cstdlib>
+#include <variant>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, size_t size);
 

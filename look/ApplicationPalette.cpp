@@ -2,6 +2,8 @@
 
 #include "look/Shades.h"
 
+#include <initializer_list>
+
 using namespace Shades;
 
 QPalette applicationPalette(ColorScheme scheme, Contrast contrast)

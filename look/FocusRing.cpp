@@ -6,6 +6,8 @@
 #include <QEvent>
 #include <QPainter>
 
+#include <utility>
+
 FocusRing::FocusRing(QWidget *target, qreal radius, int gap, KeyboardFocus::Shown shown)
     : QWidget(target)
     , m_target(target)

@@ -4,6 +4,7 @@
 #include <QFontInfo>
 #include <QFontMetricsF>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 

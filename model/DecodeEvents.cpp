@@ -5,6 +5,10 @@
 #include "model/TextPool.h"
 #include "platform/WholeJson.h"
 
+#include <array>
+#include <optional>
+#include <string_view>
+
 using namespace Qt::StringLiterals;
 
 namespace {

@@ -2,6 +2,7 @@
 
 #include "platform/WholeJson.h"
 
+#include <cstddef>
 #include <cstring>
 #include <utility>
 

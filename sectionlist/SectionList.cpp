@@ -12,6 +12,10 @@
 #include <QScopedValueRollback>
 #include <QWheelEvent>
 
+#include <algorithm>
+#include <functional>
+#include <utility>
+
 namespace Metrics = SectionListMetrics;
 
 SectionList::SectionList(std::function<SectionListRow *()> makeRow, QWidget *parent)

@@ -4,6 +4,7 @@
 #include "sectionlist/SectionListRow.h"
 #include "sectionlist/SectionListWheel.h"
 
+#include <functional>
 #include <optional>
 
 class QScrollBar;

@@ -5,6 +5,11 @@
 
 #include <QScopedValueRollback>
 
+#include <algorithm>
+#include <functional>
+#include <optional>
+#include <utility>
+
 namespace Metrics = SectionListMetrics;
 
 SectionListBody::SectionListBody(std::function<SectionListRow *()> makeRow, QWidget *parent)

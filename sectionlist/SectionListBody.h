@@ -5,6 +5,9 @@
 
 #include <QWidget>
 
+#include <functional>
+#include <optional>
+
 /// The scrolled part of a SectionList: the rows in view and the headings between them. It moves
 /// what is on the screen and repaints only what comes into view.
 class SectionListBody : public QWidget {

@@ -15,6 +15,8 @@
 #include <QTimer>
 #include <QWindow>
 
+#include <optional>
+
 namespace Metrics = SectionListMetrics;
 
 void SectionListBody::setSelected(const std::optional<QString> &id)

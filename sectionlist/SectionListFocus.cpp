@@ -7,6 +7,8 @@
 #include <QApplication>
 #include <QKeyEvent>
 
+#include <algorithm>
+
 SectionListFocus::SectionListFocus(QWidget *list, SectionListBody *body)
     : QObject(list)
     , m_list(list)

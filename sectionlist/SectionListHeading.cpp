@@ -6,6 +6,8 @@
 
 #include <QPainter>
 
+#include <algorithm>
+
 namespace Metrics = SectionListMetrics;
 
 SectionListHeading::SectionListHeading(QWidget *parent)

@@ -2,6 +2,9 @@
 
 #include "sectionlist/SectionListReader.h"
 
+#include <optional>
+#include <utility>
+
 SectionListInterface::SectionListInterface(SectionList *list)
     : QAccessibleWidget(list, QAccessible::List)
 {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <utility>
 
 void SectionListOffsets::setSections(const QList<int> &rowCounts, int topPadding, int headingHeight)
 {

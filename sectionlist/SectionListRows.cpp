@@ -2,6 +2,11 @@
 
 #include "sectionlist/SectionListRow.h"
 
+#include <algorithm>
+#include <cstddef>
+#include <functional>
+#include <utility>
+
 namespace {
 
 constexpr size_t mostSpare = 6;

@@ -3,6 +3,7 @@
 #include "sectionlist/SectionListContent.h"
 #include "sectionlist/SectionListFlow.h"
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>

@@ -1,6 +1,9 @@
 // The part of the accounts that goes by mail.
 #include "service/Accounts.h"
 
+#include <optional>
+#include <string>
+
 namespace {
 
 /// Where an account keeps the hash of the token that was sent to it, and the time of sending.

@@ -1,6 +1,7 @@
 #include "service/AuthError.h"
 
 #include <cctype>
+#include <cstddef>
 #include <nlohmann/json.hpp>
 #include <string_view>
 

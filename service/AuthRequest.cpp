@@ -3,7 +3,10 @@
 #include "service/EmailRule.h"
 #include "service/Json.h"
 
+#include <cstddef>
 #include <ctime>
+#include <string>
+#include <variant>
 
 namespace {
 

@@ -6,6 +6,7 @@
 
 #include <nlohmann/json.hpp>
 #include <optional>
+#include <string>
 
 // What requests to the accounts' interface carry. All readers throw AuthError for what the hosted
 // service would refuse.

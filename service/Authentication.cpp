@@ -3,6 +3,10 @@
 #include "service/AuthRequest.h"
 #include "service/SessionReply.h"
 
+#include <optional>
+#include <string>
+#include <utility>
+
 using Json = nlohmann::ordered_json;
 
 namespace {

@@ -6,6 +6,8 @@
 #include "service/Outbox.h"
 #include "service/RateLimit.h"
 
+#include <string>
+
 /// The accounts' interface below "/auth/v1/": sign-up, sign-in, the account itself, sign-out and
 /// what goes by mail. Any thread may call it.
 class Authentication {

@@ -6,6 +6,8 @@
 
 #include <cctype>
 #include <cstdio>
+#include <optional>
+#include <string>
 
 namespace {
 

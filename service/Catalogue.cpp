@@ -1,5 +1,7 @@
 #include "service/Catalogue.h"
 
+#include <string>
+
 Catalogue::Catalogue(Connection &connection)
 {
     const Rows rows = connection.run(

@@ -4,6 +4,7 @@
 
 #include <map>
 #include <set>
+#include <string>
 
 /// The tables that the REST interface serves (those of schema public) and their columns, as they
 /// were when the service started.

@@ -2,6 +2,7 @@
 
 #include "service/StartFailure.h"
 
+#include <cerrno>
 #include <csignal>
 #include <cstring>
 #include <fcntl.h>

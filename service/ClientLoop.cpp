@@ -6,13 +6,16 @@
 #include <arpa/inet.h>
 #include <cerrno>
 #include <csignal>
+#include <cstddef>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
 #include <optional>
 #include <poll.h>
+#include <string_view>
 #include <sys/eventfd.h>
 #include <sys/socket.h>
 #include <unistd.h>
+#include <utility>
 
 using namespace std::chrono_literals;
 

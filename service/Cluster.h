@@ -3,7 +3,10 @@
 #include "service/ChildProcess.h"
 #include "service/DataFolder.h"
 
+#include <filesystem>
 #include <memory>
+#include <optional>
+#include <string>
 
 /// A private PostgreSQL server on a cluster in the data folder. It is reached through a Unix socket
 /// in a folder that only its user may enter, and listens on no network.

@@ -1,5 +1,10 @@
 #include "service/ConnectionPool.h"
 
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <utility>
+
 ConnectionPool::Lease::Lease(ConnectionPool &pool, std::unique_ptr<Connection> connection)
     : m_pool(&pool)
     , m_connection(std::move(connection))

@@ -3,7 +3,11 @@
 #include "service/Database.h"
 
 #include <condition_variable>
+#include <cstddef>
+#include <memory>
 #include <mutex>
+#include <string>
+#include <vector>
 
 /// The sessions of one database role, shared by the threads that answer requests. Any thread may
 /// call it.

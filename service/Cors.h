@@ -3,6 +3,7 @@
 #include "service/Reply.h"
 
 #include <optional>
+#include <string>
 
 // A browser asks whether a page may use this service. Pages that this machine serves to itself may;
 // those of the internet may not, whose visitor would otherwise lend them the local service.

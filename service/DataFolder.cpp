@@ -2,6 +2,7 @@
 
 #include "service/StartFailure.h"
 
+#include <cerrno>
 #include <cstring>
 #include <fcntl.h>
 #include <sys/file.h>

@@ -1,6 +1,7 @@
 #include "service/EmailRule.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <string_view>
 
 namespace {

@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
+#include <cstddef>
+#include <string_view>
+#include <vector>
 
 namespace {
 

@@ -5,7 +5,10 @@
 
 #include <algorithm>
 #include <ctime>
+#include <string>
+#include <string_view>
 #include <strings.h>
+#include <variant>
 
 namespace {
 

@@ -4,6 +4,7 @@
 #include "service/Reply.h"
 
 #include <optional>
+#include <string>
 
 /// On whose behalf the database is asked.
 struct Caller {

@@ -1,5 +1,9 @@
 #include "service/HttpServer.h"
 
+#include <mutex>
+#include <thread>
+#include <utility>
+
 namespace {
 
 // As many as there are sessions with the database for them.

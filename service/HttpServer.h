@@ -6,6 +6,9 @@
 
 #include <condition_variable>
 #include <deque>
+#include <mutex>
+#include <thread>
+#include <vector>
 
 /// Answers HTTP requests on 127.0.0.1 and writes one line a request to the standard output: verb,
 /// address, status, microseconds. Clients are waited for on one thread; whole requests are answered

@@ -1,5 +1,7 @@
 #include "service/Json.h"
 
+#include <cstddef>
+
 namespace {
 
 constexpr int deepest = 100;

@@ -7,6 +7,10 @@
 #include <nlohmann/json.hpp>
 #include <sys/random.h>
 
+#include <cstddef>
+#include <filesystem>
+#include <string_view>
+
 namespace {
 
 std::string randomBytes(std::size_t count)

@@ -2,6 +2,7 @@
 
 #include "service/DataFolder.h"
 
+#include <cstddef>
 #include <string>
 
 /// A project's keys, and the secret that the tokens of its accounts are signed with.

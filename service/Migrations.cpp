@@ -6,6 +6,8 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <string>
+#include <vector>
 
 namespace fs = std::filesystem;
 

@@ -6,7 +6,9 @@
 #include <chrono>
 #include <csignal>
 #include <sstream>
+#include <string>
 #include <thread>
+#include <utility>
 
 namespace fs = std::filesystem;
 

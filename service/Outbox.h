@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <string>
+#include <utility>
 
 /// Where mail goes that a hosted project would send: one file a message, for its owner's eyes only.
 class Outbox {

@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <httplib.h>
+#include <string>
 
 /// Reads whole requests, has them answered and writes the answers, all by the HTTP library. Any
 /// thread may call it.

@@ -6,6 +6,8 @@
 
 #include <algorithm>
 #include <charconv>
+#include <optional>
+#include <string>
 
 namespace {
 

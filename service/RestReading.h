@@ -5,6 +5,8 @@
 #include "service/Gateway.h"
 #include "service/Reply.h"
 
+#include <string>
+
 /// What the REST interface answers from. Shared by all threads and never changed.
 struct Rest {
     ConnectionPool &sessions;

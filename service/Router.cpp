@@ -4,6 +4,9 @@
 #include "service/Gateway.h"
 #include "service/RestWriting.h"
 
+#include <string>
+#include <string_view>
+
 namespace {
 
 constexpr std::string_view restPath = "/rest/v1/";

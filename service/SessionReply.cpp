@@ -4,6 +4,7 @@
 
 #include <ctime>
 #include <nlohmann/json.hpp>
+#include <string>
 
 Reply jsonReply(const std::string &body)
 {

@@ -3,6 +3,8 @@
 #include "service/Accounts.h"
 #include "service/Reply.h"
 
+#include <string>
+
 Reply jsonReply(const std::string &body);
 
 /// The reply that begins a session or goes on with it: an access token, valid for `tokenSeconds`

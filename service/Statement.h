@@ -3,7 +3,9 @@
 #include "service/Database.h"
 #include "service/Reply.h"
 
+#include <cstddef>
 #include <string>
+#include <utility>
 #include <vector>
 
 /// A statement made from the query of an address. Names are quoted and values become parameters, so

@@ -1,6 +1,7 @@
 #include "service/Tokens.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdlib>
 #include <jwt.h>
 #include <memory>

@@ -10,8 +10,11 @@
 #include "service/StartFailure.h"
 
 #include <csignal>
+#include <cstddef>
 #include <cstdio>
 #include <cstring>
+#include <exception>
+#include <string>
 
 namespace {
 

@@ -12,6 +12,8 @@
 #include <QTest>
 
 #include <algorithm>
+#include <optional>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 

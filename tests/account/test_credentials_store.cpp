@@ -3,6 +3,10 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <memory>
+#include <optional>
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 class TestCredentialsStore : public QObject {

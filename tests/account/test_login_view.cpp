@@ -14,6 +14,8 @@
 #include <QSignalSpy>
 #include <QWindow>
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 namespace {

@@ -14,6 +14,8 @@
 #include <QSignalSpy>
 #include <QTcpServer>
 
+#include <memory>
+
 using namespace Qt::StringLiterals;
 
 namespace {

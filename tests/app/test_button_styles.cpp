@@ -14,6 +14,8 @@
 #include <QTest>
 #include <QVBoxLayout>
 
+#include <initializer_list>
+
 using namespace Qt::StringLiterals;
 
 Q_DECLARE_METATYPE(ColorScheme)

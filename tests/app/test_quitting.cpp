@@ -9,6 +9,8 @@
 #include <QSignalSpy>
 #include <QTimer>
 
+#include <memory>
+
 using namespace Qt::StringLiterals;
 using namespace WindowTest;
 using namespace MembersWindow;

@@ -3,6 +3,7 @@
 #include <CoreFoundation/CoreFoundation.h>
 
 #include <memory>
+#include <utility>
 #include <vector>
 
 using StandInCoreFoundation::Value;

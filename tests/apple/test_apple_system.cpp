@@ -4,6 +4,8 @@
 
 #include <QTest>
 
+#include <optional>
+
 using namespace Qt::StringLiterals;
 namespace System = StandInCoreFoundation;
 

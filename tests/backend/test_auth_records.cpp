@@ -5,6 +5,9 @@
 
 #include <QTest>
 
+#include <optional>
+#include <variant>
+
 using namespace Qt::StringLiterals;
 
 namespace {

@@ -9,6 +9,9 @@
 #include <QJsonObject>
 #include <QTest>
 
+#include <memory>
+#include <optional>
+
 using namespace Qt::StringLiterals;
 
 namespace {

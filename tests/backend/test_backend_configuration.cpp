@@ -6,6 +6,9 @@
 
 #include <QTest>
 
+#include <initializer_list>
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 namespace {

@@ -13,6 +13,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <memory>
+
 using namespace Qt::StringLiterals;
 
 namespace {

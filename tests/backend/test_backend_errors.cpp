@@ -8,6 +8,8 @@
 #include <QMetaEnum>
 #include <QTest>
 
+#include <optional>
+
 using namespace Qt::StringLiterals;
 
 class TestBackendErrors : public QObject {

@@ -7,6 +7,8 @@
 
 #include <QTest>
 
+#include <chrono>
+
 using namespace Qt::StringLiterals;
 
 namespace {

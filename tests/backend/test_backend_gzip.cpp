@@ -9,6 +9,8 @@
 
 #include <zlib.h>
 
+#include <variant>
+
 using namespace Qt::StringLiterals;
 
 namespace {

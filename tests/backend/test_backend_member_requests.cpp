@@ -8,6 +8,10 @@
 #include <QJsonDocument>
 #include <QTest>
 
+#include <functional>
+#include <optional>
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 namespace {

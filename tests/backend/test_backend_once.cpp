@@ -7,6 +7,9 @@
 
 #include <QTest>
 
+#include <chrono>
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 namespace {

@@ -11,6 +11,10 @@
 
 #include <QTest>
 
+#include <memory>
+#include <optional>
+#include <variant>
+
 using namespace Qt::StringLiterals;
 
 namespace {

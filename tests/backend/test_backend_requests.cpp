@@ -10,6 +10,9 @@
 
 #include <QTest>
 
+#include <functional>
+#include <optional>
+
 using namespace Qt::StringLiterals;
 
 namespace {

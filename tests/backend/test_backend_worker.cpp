@@ -12,7 +12,9 @@
 #include <QTest>
 
 #include <atomic>
+#include <functional>
 #include <thread>
+#include <vector>
 
 using namespace Qt::StringLiterals;
 

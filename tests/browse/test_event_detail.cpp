@@ -12,6 +12,8 @@
 #include <QScrollArea>
 #include <QScrollBar>
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 using namespace WindowTest;

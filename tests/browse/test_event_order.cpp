@@ -4,6 +4,9 @@
 #include <QTest>
 #include <QTimeZone>
 
+#include <optional>
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 namespace {

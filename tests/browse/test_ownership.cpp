@@ -2,6 +2,8 @@
 
 #include <QTest>
 
+#include <optional>
+
 using namespace Qt::StringLiterals;
 
 using OptionalText = std::optional<QString>;

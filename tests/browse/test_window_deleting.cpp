@@ -6,6 +6,9 @@
 
 #include <QApplication>
 
+#include <algorithm>
+#include <memory>
+
 using namespace Qt::StringLiterals;
 using namespace WindowTest;
 using namespace MembersWindow;

@@ -5,6 +5,8 @@
 
 #include <QJsonDocument>
 
+#include <memory>
+
 using namespace Qt::StringLiterals;
 using namespace WindowTest;
 using namespace MembersWindow;

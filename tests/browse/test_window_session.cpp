@@ -5,6 +5,10 @@
 #include "look/FocusRing.h"
 #include "support/MembersWindow.h"
 
+#include <algorithm>
+#include <memory>
+#include <utility>
+
 using namespace Qt::StringLiterals;
 using namespace WindowTest;
 using namespace MembersWindow;

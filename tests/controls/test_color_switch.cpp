@@ -16,7 +16,9 @@
 #include <QVBoxLayout>
 
 #include <functional>
+#include <initializer_list>
 #include <memory>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 

@@ -13,7 +13,10 @@
 #include <QTest>
 #include <QVBoxLayout>
 
+#include <algorithm>
+#include <array>
 #include <cmath>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 

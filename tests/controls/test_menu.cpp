@@ -13,6 +13,8 @@
 #include <QScrollBar>
 #include <QSignalSpy>
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 namespace {

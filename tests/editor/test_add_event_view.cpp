@@ -14,6 +14,8 @@
 #include <QScreen>
 #include <QScrollBar>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 using namespace FormTest;
 

@@ -11,6 +11,8 @@
 #include <QSet>
 #include <QTest>
 
+#include <optional>
+
 using namespace Qt::StringLiterals;
 using namespace NewForm;
 

@@ -3,7 +3,9 @@
 
 #include <QTest>
 
+#include <algorithm>
 #include <cmath>
+#include <initializer_list>
 
 using namespace Qt::StringLiterals;
 

@@ -3,6 +3,10 @@
 
 #include <QTest>
 
+#include <optional>
+#include <type_traits>
+#include <variant>
+
 using namespace Qt::StringLiterals;
 
 namespace {

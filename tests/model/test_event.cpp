@@ -2,6 +2,8 @@
 
 #include <QTest>
 
+#include <optional>
+
 using namespace Qt::StringLiterals;
 
 class TestEvent : public QObject {

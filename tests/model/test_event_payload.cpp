@@ -7,6 +7,8 @@
 #include <QJsonDocument>
 #include <QTest>
 
+#include <variant>
+
 using namespace Qt::StringLiterals;
 
 namespace {

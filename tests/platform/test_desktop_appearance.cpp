@@ -6,6 +6,8 @@
 #include <QSignalSpy>
 #include <QTest>
 
+#include <optional>
+
 using namespace Qt::StringLiterals;
 
 class TestDesktopAppearance : public QObject {

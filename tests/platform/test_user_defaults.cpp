@@ -8,6 +8,9 @@
 
 #include <sys/stat.h>
 
+#include <memory>
+#include <optional>
+
 using namespace Qt::StringLiterals;
 
 namespace {

@@ -5,6 +5,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <variant>
+
 using namespace Qt::StringLiterals;
 
 class TestVectors : public QObject {

@@ -8,6 +8,8 @@
 #include <QTimer>
 
 #include <atomic>
+#include <functional>
+#include <memory>
 #include <thread>
 
 namespace {

@@ -2,6 +2,9 @@
 
 #include "sectionlist/SectionListOffsets.h"
 
+#include <utility>
+#include <vector>
+
 using namespace Qt::StringLiterals;
 
 class TestSectionList : public QObject {

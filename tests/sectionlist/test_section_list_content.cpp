@@ -1,5 +1,7 @@
 #include "support/SectionListFixture.h"
 
+#include <optional>
+
 using namespace Qt::StringLiterals;
 
 namespace {

@@ -9,6 +9,7 @@
 #include <QTest>
 #include <QUrl>
 
+#include <cstddef>
 #include <memory>
 #include <vector>
 

@@ -9,7 +9,9 @@
 #include <QUuid>
 
 #include <csignal>
+#include <cstddef>
 #include <memory>
+#include <utility>
 #include <vector>
 
 using namespace Qt::StringLiterals;

@@ -1,5 +1,5 @@
-// Takes pictures for scripts/pictures: the window and its sheets on the local service, light and dark.
-// Usage: take_pictures FOLDER SUFFIX [invented], where SUFFIX ("" or "-2x") goes with
+// Takes pictures for scripts/pictures: the window and its sheets on the local service, light and
+// dark. Usage: take_pictures FOLDER SUFFIX [invented], where SUFFIX ("" or "-2x") goes with
 // QT_SCALE_FACTOR; "invented": the few on invented events, in a process of their own, since the
 // service is chosen once in a process.
 
@@ -15,6 +15,10 @@
 #include <QMenu>
 #include <QPainter>
 #include <QScrollBar>
+
+#include <algorithm>
+#include <functional>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 using namespace WindowTest;

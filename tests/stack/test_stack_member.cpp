@@ -10,6 +10,8 @@
 
 #include <QApplication>
 
+#include <memory>
+
 using namespace Qt::StringLiterals;
 using namespace WindowTest;
 using namespace MembersWindow;

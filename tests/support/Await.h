@@ -8,6 +8,7 @@
 #include <functional>
 #include <optional>
 #include <type_traits>
+#include <utility>
 #include <variant>
 
 using namespace Qt::StringLiterals;

@@ -17,6 +17,9 @@
 #include <QScrollArea>
 #include <QScrollBar>
 
+#include <memory>
+#include <optional>
+
 using namespace Qt::StringLiterals;
 
 /// Ways for a test to meet the event form as a person does: by what is visible and how it is named.

@@ -12,6 +12,8 @@
 
 #include <QLineEdit>
 
+#include <optional>
+
 using namespace Qt::StringLiterals;
 
 /// What tests of the members' side of the window share: a service with accounts, and the sheets as

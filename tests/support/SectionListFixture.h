@@ -15,7 +15,10 @@
 #include <QVBoxLayout>
 #include <QWheelEvent>
 
+#include <algorithm>
 #include <map>
+#include <optional>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 

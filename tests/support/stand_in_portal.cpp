@@ -13,6 +13,7 @@
 #include <cstdio>
 #include <iostream>
 #include <string>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
