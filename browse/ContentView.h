@@ -10,6 +10,8 @@
 #include <QPointer>
 #include <QWidget>
 
+#include <optional>
+
 class BusyIndicator;
 class ErrorText;
 class EventList;

@@ -14,6 +14,8 @@
 #include <QTextDocumentFragment>
 #include <QTextEdit>
 
+#include <algorithm>
+
 namespace {
 
 constexpr qsizetype mostShown = 20'000; ///< characters; beyond it layout takes seconds

@@ -9,6 +9,8 @@
 #include <QPainter>
 #include <QStyleOptionMenuItem>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace {

@@ -3,6 +3,8 @@
 #include "controls/Menu.h"
 #include "look/Fonts.h"
 
+#include <utility>
+
 namespace {
 
 constexpr int buttonWidth = 220;

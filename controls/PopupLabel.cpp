@@ -10,6 +10,8 @@
 #include <QKeyEvent>
 #include <QPainter>
 
+#include <algorithm>
+
 namespace {
 
 constexpr int paddingX = 10;

@@ -12,6 +12,8 @@
 #include <QPainter>
 #include <QRadioButton>
 
+#include <algorithm>
+
 namespace {
 
 constexpr int labelGap = 10;

@@ -15,6 +15,8 @@
 #include <QPainterPath>
 #include <QScreen>
 
+#include <algorithm>
+
 namespace {
 
 constexpr int radius = 10;

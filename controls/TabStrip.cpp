@@ -8,6 +8,8 @@
 #include <QKeyEvent>
 #include <QPainter>
 
+#include <algorithm>
+
 TabStrip::TabStrip(QWidget *parent)
     : QWidget(parent)
     , m_row(new QHBoxLayout(this))

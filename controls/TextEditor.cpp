@@ -14,6 +14,9 @@
 #include <QTextCursor>
 #include <QTextDocument>
 
+#include <algorithm>
+#include <iterator>
+
 namespace {
 
 constexpr int line = 1;

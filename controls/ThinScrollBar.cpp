@@ -7,6 +7,8 @@
 #include <QPainter>
 #include <QStyleOptionSlider>
 
+#include <algorithm>
+
 namespace {
 
 constexpr int endMargin = 2; ///< between the thumb and the gutter's ends
