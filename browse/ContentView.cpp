@@ -12,10 +12,10 @@
 #include "controls/Popover.h"
 #include "controls/TabView.h"
 #include "editor/AddEventView.h"
+#include "look/KeyboardFocus.h"
 #include "platform/NotificationCenter.h"
 
 #include <QAction>
-#include <QDateTime>
 #include <QShowEvent>
 #include <QStackedLayout>
 #include <QTimer>
@@ -26,11 +26,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-
-Instant now()
-{
-    return {QDateTime::currentMSecsSinceEpoch()};
-}
 
 /// The e-mail address beside the account button: the session's, else the remembered one.
 std::optional<QString> savedEmailDisplay(const std::optional<QString> &savedEmail)
@@ -44,8 +39,9 @@ std::optional<QString> savedEmailDisplay(const std::optional<QString> &savedEmai
 
 } // namespace
 
-ContentView::ContentView(QWidget *parent)
+ContentView::ContentView(QWidget *parent, Now now)
     : QWidget(parent)
+    , m_now(std::move(now))
     , m_header(new Header(headerActions(), this))
     , m_body(new QWidget(this))
     , m_parts(new QStackedLayout(m_body))
@@ -70,10 +66,13 @@ ContentView::ContentView(QWidget *parent)
         .onEdit = choose(&State::eventToEdit),
         .onDelete = choose(&State::eventToDelete),
     };
-    m_upcoming = new EventList(actions, m_tabs);
-    m_past = new EventList(actions, m_tabs);
-    m_tabs->addTab(u"À venir"_s, m_upcoming);
-    m_tabs->addTab(u"Passés"_s, m_past);
+    const auto addTab = [&](const QString &title) {
+        auto *list = new EventList(title, actions, m_tabs);
+        m_tabs->addTab(title, list);
+        return list;
+    };
+    m_upcoming = addTab(u"À venir"_s);
+    m_past = addTab(u"Passés"_s);
     m_pane->setContent(m_tabs);
     for (QWidget *part : std::initializer_list<QWidget *>{m_busy, m_error, m_pane})
         m_parts->addWidget(part);
@@ -95,6 +94,8 @@ ContentView::ContentView(QWidget *parent)
         },
         Qt::QueuedConnection);
     followSession();
+    // Otherwise the first control would have it unseen, and Space would press that.
+    setFocus();
 }
 
 QSize ContentView::sizeHint() const
@@ -194,7 +195,7 @@ void ContentView::renderSheets()
     };
     const auto form = [this](const std::optional<Event> &event) {
         return new AddEventView(
-            event, [window = QPointer(this)] { return reloadAfterSave(window); }, this);
+            event, [window = QPointer(this)] { return reloadAfterSave(window); }, this, m_now);
     };
     m_detail.keep(
         m_state.selectedEvent.has_value(),
@@ -293,7 +294,7 @@ void ContentView::renderEvents()
     }
 
     const Calendar calendar = Calendar::current();
-    const Instant today = calendar.startOfDay(now());
+    const Instant today = calendar.startOfDay(m_now());
     if (m_shownDay == today)
         return;
     m_shownDay = today;
@@ -323,8 +324,13 @@ void ContentView::showBody(QWidget *part)
         return;
     if (kept.eventId)
         shownList()->focusEvent(*kept.eventId);
-    else if (kept.widget)
-        kept.widget->setFocus(Qt::OtherFocusReason);
+    // A widget of the list may by now be that of another event, or hidden.
+    const bool isStillThere = kept.widget && kept.widget->isVisible()
+        && (!kept.eventId
+            || (shownList()->focusedEvent() == kept.eventId
+                && focusWidget()->isAncestorOf(kept.widget)));
+    if (isStillThere)
+        KeyboardFocus::handOver(kept.widget, kept.widget);
 }
 
 EventList *ContentView::shownList() const

@@ -4,6 +4,7 @@
 #include "browse/EventOrder.h"
 #include "browse/Header.h"
 #include "browse/SheetSlot.h"
+#include "platform/Now.h"
 #include "platform/Worker.h"
 
 #include <QCoro/QCoroTask>
@@ -29,7 +30,8 @@ class ContentView : public QWidget {
     Q_OBJECT
 
 public:
-    explicit ContentView(QWidget *parent = nullptr);
+    /// `now` tells which day it is.
+    explicit ContentView(QWidget *parent = nullptr, Now now = Instant::now);
 
     /// Loads and shows the events. Loads may overlap: the last one to finish is shown. Never fails
     /// to its caller; a failure is shown in place of the list.
@@ -89,6 +91,7 @@ private:
     void showBody(QWidget *part);
     EventList *shownList() const;
 
+    const Now m_now;
     State m_state;
     std::optional<Instant> m_shownDay; ///< the start of the day that the lists are split at
     KeptFocus m_keptFocus;

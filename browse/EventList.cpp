@@ -30,7 +30,7 @@ QWidget *makeEmptyNotice(QWidget *parent)
 
 } // namespace
 
-EventList::EventList(const Actions &actions, QWidget *parent)
+EventList::EventList(const QString &title, const Actions &actions, QWidget *parent)
     : QWidget(parent)
     , m_body(new QStackedLayout(this))
     , m_none(makeEmptyNotice(this))
@@ -38,6 +38,7 @@ EventList::EventList(const Actions &actions, QWidget *parent)
           [edit = actions.onEdit, remove = actions.onDelete] { return new EventRow(edit, remove); },
           this))
 {
+    m_list->setAccessibleName(title);
     connect(m_list, &SectionList::rowActivated, this, [this, select = actions.onSelect](int row) {
         select(Event(m_events.at(m_rows.at(row))));
     });

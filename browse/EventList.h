@@ -21,7 +21,8 @@ public:
         EventRow::Action onDelete;
     };
 
-    explicit EventList(const Actions &actions, QWidget *parent = nullptr);
+    /// `title` is what screen readers call the list.
+    EventList(const QString &title, const Actions &actions, QWidget *parent = nullptr);
 
     /// Shows these groups of `events`; place, focus and selection stay where they are.
     void setEvents(const QList<Event> &events, const QList<EventGroup> &groups,

@@ -1,7 +1,6 @@
 #include "controls/TabView.h"
 
 #include "controls/TabStrip.h"
-#include "look/Accessibility.h"
 
 #include <QStackedLayout>
 #include <QVBoxLayout>
@@ -25,10 +24,10 @@ TabView::TabView(QWidget *parent)
 
 void TabView::addTab(const QString &title, QWidget *page)
 {
-    page->setAccessibleName(title);
-    setAccessibleRole(page, QAccessible::Pane);
-    m_pages->addWidget(page);
     m_strip->addTab(title);
+    // The tab key's way is the order in which widgets came into the window: the tab, then its page.
+    page->setParent(nullptr);
+    m_pages->addWidget(page);
 }
 
 int TabView::currentIndex() const

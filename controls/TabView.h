@@ -12,7 +12,9 @@ class TabView : public QWidget {
 public:
     explicit TabView(QWidget *parent = nullptr);
 
-    void addTab(const QString &title, QWidget *page); ///< takes the page
+    /// Takes the page, which stays unnamed to screen readers: they would read all that is in it
+    /// whenever the focus comes to it. Name what is in it.
+    void addTab(const QString &title, QWidget *page);
     int currentIndex() const;
     void setCurrentIndex(int index);
     QWidget *page(int index) const;

@@ -9,7 +9,6 @@
 #include "look/Accessibility.h"
 #include "look/Fonts.h"
 
-#include <QDateTime>
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 
@@ -23,15 +22,10 @@ constexpr int errorSpacing = 10;
 constexpr int buttonSpacing = 2; ///< above the buttons, besides what stands above
 constexpr int mostErrorLines = 4;
 
-Instant now()
-{
-    return {QDateTime::currentMSecsSinceEpoch()};
-}
-
 } // namespace
 
 AddEventView::AddEventView(const std::optional<Event> &existingEvent, const Completion &onCreated,
-                           QWidget *over)
+                           QWidget *over, const Now &now)
     : Sheet(cardWidth, over)
     , m_existingEvent(existingEvent)
     , m_onCreated(onCreated)

@@ -2,6 +2,7 @@
 
 #include "controls/Sheet.h"
 #include "editor/EventForm.h"
+#include "platform/Now.h"
 
 #include <QCoro/QCoroTask>
 
@@ -24,9 +25,9 @@ public:
 
     /// Without `existingEvent` it creates one. `onCreated` runs after every save that succeeds,
     /// also when this, and the window of `over`, are gone by then: it must look after what it
-    /// reaches itself, and must not throw.
+    /// reaches itself, and must not throw. `now` tells what a new event's date and time begin as.
     AddEventView(const std::optional<Event> &existingEvent, const Completion &onCreated,
-                 QWidget *over);
+                 QWidget *over, const Now &now = Instant::now);
 
 private:
     struct State {

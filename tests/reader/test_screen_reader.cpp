@@ -68,8 +68,7 @@ void TestScreenReader::everythingInTheWindowIsReadInItsRoleAndItsWords()
                  u"button Compte"_s,
                  u"tab À venir"_s,
                  u"tab Passés"_s,
-                 u"panel À venir"_s,
-                 u"list"_s,
+                 u"list À venir"_s,
              }));
 }
 
