@@ -53,6 +53,7 @@ LoginView::LoginView(AuthMode initialMode, QWidget *over)
     setBody(makeBody());
     setFooter(makeFooter());
     setInitialFocus(m_email);
+    setWayOut(m_cancel);
 
     connect(m_mode, &SegmentedControl::currentChanged, this, [this](int index) {
         m_state.mode = AuthMode::allCases.at(static_cast<size_t>(index));
@@ -137,10 +138,9 @@ void LoginView::showEvent(QShowEvent *event)
     Sheet::showEvent(event);
     if (event->spontaneous())
         return;
-    // The window comes to the front before the sheet does: to activate it takes the focus from
-    // what lies over it. So the field gets the focus once both have happened.
-    parentWidget()->raise();
-    parentWidget()->activateWindow();
+    // The one sheet for which the program comes to the front; the field gets the focus once it has.
+    window()->raise();
+    window()->activateWindow();
     QMetaObject::invokeMethod(
         this, [this] { m_email->setFocus(Qt::OtherFocusReason); }, Qt::QueuedConnection);
 }
@@ -202,6 +202,5 @@ void LoginView::render()
 
     m_error->setText(m_state.errorMessage.value_or(QString()));
     m_error->setVisible(m_state.errorMessage.has_value());
-    // What was typed is not lost by a key.
-    setClosesOnCancel(m_state.email.isEmpty() && m_state.password.isEmpty());
+    setHolds(m_state.isSigningIn || !m_state.email.isEmpty() || !m_state.password.isEmpty());
 }

@@ -5,6 +5,7 @@
 #include "look/Fonts.h"
 #include "look/Painting.h"
 #include "look/PressKeys.h"
+#include "look/Reach.h"
 
 #include <QPainter>
 
@@ -101,7 +102,7 @@ QSize StyledButton::minimumSizeHint() const
 void StyledButton::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
-    if (isEnabled()) {
+    if (!looksDisabled(this)) {
         paintButton(painter);
         return;
     }

@@ -45,6 +45,17 @@ bool hasWindow()
         return qobject_cast<const ContentView *>(widget) && widget->isVisible();
     });
 }
+#else
+/// Closing the windows, not quitting, lets each of them finish what it has begun; one that stays,
+/// for what would be lost in it, keeps no other.
+void closeWindows()
+{
+    const auto widgets = QApplication::topLevelWidgets();
+    for (QWidget *widget : widgets) {
+        if (auto *window = qobject_cast<ContentView *>(widget))
+            window->close();
+    }
+}
 #endif
 
 } // namespace
@@ -89,8 +100,7 @@ void OstreloApp::openWindow()
     // By their keys: what the toolkit calls the standard ones differs from desktop to desktop.
     addShortcut(window, Qt::CTRL | Qt::Key_N, [this] { openWindow(); });
     addShortcut(window, Qt::CTRL | Qt::Key_W, [window] { window->close(); });
-    // Closing the windows, not quitting, lets each of them finish what it has begun.
-    addShortcut(window, Qt::CTRL | Qt::Key_Q, [] { QApplication::closeAllWindows(); });
+    addShortcut(window, Qt::CTRL | Qt::Key_Q, closeWindows);
 #endif
     window->show();
 }

@@ -37,6 +37,18 @@ std::optional<QString> savedEmailDisplay(const std::optional<QString> &savedEmai
     return {};
 }
 
+/// The sheet about an event, by that event; none without it.
+std::optional<QString> idOf(const std::optional<Event> &event)
+{
+    return event ? std::optional(event->id) : std::nullopt;
+}
+
+/// The sheet of which there is but one.
+std::optional<QString> onlyOneIf(bool isAskedFor)
+{
+    return isAskedFor ? std::optional(QString()) : std::nullopt;
+}
+
 } // namespace
 
 ContentView::ContentView(QWidget *parent, Now now)
@@ -154,7 +166,8 @@ void ContentView::addShortcuts()
     auto *reloadAction = new QAction(this);
     reloadAction->setShortcuts({QKeySequence(Qt::Key_F5), QKeySequence(Qt::CTRL | Qt::Key_R)});
     connect(reloadAction, &QAction::triggered, this, &ContentView::reload);
-    addAction(reloadAction);
+    // Not the window's own: a sheet takes the body out of reach, and this with it.
+    m_body->addAction(reloadAction);
 }
 
 void ContentView::render()
@@ -198,19 +211,20 @@ void ContentView::renderSheets()
             event, [window = QPointer(this)] { return reloadAfterSave(window); }, this, m_now);
     };
     m_detail.keep(
-        m_state.selectedEvent.has_value(),
+        idOf(m_state.selectedEvent),
         [this] { return new EventDetailView(*m_state.selectedEvent, Calendar::current(), this); },
         clearEvent(&State::selectedEvent));
     m_login.keep(
-        m_state.isLoginPresented, [this] { return new LoginView(m_state.loginMode, this); },
-        clear(&State::isLoginPresented));
+        onlyOneIf(m_state.isLoginPresented),
+        [this] { return new LoginView(m_state.loginMode, this); }, clear(&State::isLoginPresented));
     m_add.keep(
-        m_state.isAddPresented, [form] { return form({}); }, clear(&State::isAddPresented));
+        onlyOneIf(m_state.isAddPresented), [form] { return form({}); },
+        clear(&State::isAddPresented));
     m_edit.keep(
-        m_state.eventToEdit.has_value(), [this, form] { return form(m_state.eventToEdit); },
+        idOf(m_state.eventToEdit), [this, form] { return form(m_state.eventToEdit); },
         clearEvent(&State::eventToEdit));
     m_confirmation.keep(
-        m_state.eventToDelete.has_value(),
+        idOf(m_state.eventToDelete),
         [this] {
             return new DeleteConfirmation(
                 [this] {
@@ -274,10 +288,15 @@ void ContentView::leaveAccountMenu()
 
 void ContentView::putBackFocus(const QString &eventId)
 {
-    // One of the row's own buttons has kept it where it was that button which opened the sheet.
     EventList *list = shownList();
-    if (list->isVisible() && list->focusedEvent() != eventId)
+    if (!list->isVisible()) {
+        // The list is on its way.
+        m_keptFocus = {nullptr, eventId};
+        m_body->setFocus(Qt::OtherFocusReason);
+    } else if (list->focusedEvent() != eventId) {
+        // One of the row's own buttons has kept it where it was that button which opened the sheet.
         list->focusEvent(eventId);
+    }
 }
 
 void ContentView::renderEvents()

@@ -55,6 +55,5 @@ DeleteConfirmation::DeleteConfirmation(const std::function<void()> &onConfirm, Q
 
     setAccessibleName(question);
     setBody(body);
-    setClosesOnCancel(true);
     setInitialFocus(cancel);
 }

@@ -11,7 +11,9 @@
 #include "look/Fonts.h"
 #include "platform/Address.h"
 
+#include <QAbstractButton>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QVBoxLayout>
 
 using namespace Qt::StringLiterals;
@@ -21,7 +23,7 @@ namespace {
 constexpr int cardWidth = 480;
 constexpr int padding = 16;
 constexpr int spacing = 12;
-constexpr int minimumHeight = 320;
+constexpr int leastHeight = 320; ///< of what scrolls
 
 SymbolLabel *makeWrappingLabel(Symbol symbol, const QString &text, QWidget *parent)
 {
@@ -37,7 +39,6 @@ QWidget *makeBody(const Event &event, const Calendar &calendar)
     auto *column = new QVBoxLayout(body);
     column->setContentsMargins(padding, padding, padding, padding);
     column->setSpacing(spacing);
-    body->setMinimumHeight(minimumHeight);
 
     auto *title = new TextLabel(event.titre, appFont(22, QFont::DemiBold), primaryText, body);
     setAccessibleRole(title, QAccessible::Heading);
@@ -81,8 +82,19 @@ EventDetailView::EventDetailView(const Event &event, const Calendar &calendar, Q
     row->addWidget(close);
 
     setAccessibleName(event.titre);
-    setBody(makeBody(event, calendar));
+    setBody(makeBody(event, calendar), leastHeight);
     setFooter(footer);
     setFooterLine(true);
-    setClosesOnCancel(true);
+    const auto buttons = findChildren<QAbstractButton *>();
+    for (QAbstractButton *button : buttons)
+        button->installEventFilter(this);
+}
+
+bool EventDetailView::eventFilter(QObject *watched, QEvent *event)
+{
+    // A button would take the arrows for ways to its neighbours.
+    if (event->type() == QEvent::KeyPress && qobject_cast<QAbstractButton *>(watched)
+        && scroll(static_cast<QKeyEvent *>(event)))
+        return true;
+    return Sheet::eventFilter(watched, event);
 }

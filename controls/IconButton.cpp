@@ -4,6 +4,7 @@
 #include "look/KeyboardFocus.h"
 #include "look/Painting.h"
 #include "look/PressKeys.h"
+#include "look/Reach.h"
 
 #include <QPainter>
 
@@ -30,7 +31,7 @@ QSize IconButton::sizeHint() const
 void IconButton::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
-    if (!isEnabled())
+    if (looksDisabled(this))
         painter.setOpacity(disabledOpacity);
     else if (isDown())
         fillRounded(painter, rect(), 6, iconButtonPressed(palette()));

@@ -5,6 +5,7 @@
 #include "look/Fonts.h"
 #include "look/Painting.h"
 #include "look/PressKeys.h"
+#include "look/Reach.h"
 #include "look/Symbols.h"
 
 #include <QKeyEvent>
@@ -103,7 +104,7 @@ void PopupLabel::mousePressEvent(QMouseEvent *event)
 void PopupLabel::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
-    if (!isEnabled())
+    if (looksDisabled(this))
         painter.setOpacity(disabledOpacity);
     fillRounded(painter, rect(), radius, buttonLift(palette()));
     fillRounded(painter, rect(), radius,

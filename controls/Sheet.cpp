@@ -1,86 +1,71 @@
 #include "controls/Sheet.h"
 
+#include "controls/EndOfDoubleClick.h"
 #include "controls/SheetBody.h"
 #include "look/Accessibility.h"
 #include "look/Colors.h"
-#include "look/Compositing.h"
+#include "look/Fonts.h"
 #include "look/KeyboardFocus.h"
-#include "look/Shadow.h"
 
 #include <QApplication>
-#include <QCloseEvent>
 #include <QKeyEvent>
 #include <QLayout>
 #include <QPainter>
-#include <QPainterPath>
-#include <QScreen>
+#include <QStyleHints>
 
 #include <algorithm>
 
 namespace {
 
-constexpr int radius = 10;
-constexpr int edge = 1;
-constexpr int clearOfScreenEnd = 16;
+constexpr int clearOfWindow = 16; ///< below and at the sides
+constexpr int clearOfFields = 12; ///< of what stays put, where fields are hidden under it
 constexpr int footerLine = 1;
-
-/// Darkens the window that waits.
-class Dim final : public QWidget {
-public:
-    explicit Dim(QWidget *window)
-        : QWidget(window)
-    {
-        setGeometry(window->rect());
-    }
-
-protected:
-    void paintEvent(QPaintEvent *) override { QPainter(this).fillRect(rect(), dim(palette())); }
-};
+constexpr int leastScrolling = 80; ///< a field and its caption stay to be seen
 
 int heightOf(const QWidget *part, int width)
 {
     if (!part)
         return 0;
-    int height = 0;
     if (const auto *layout = part->layout()) {
-        height = layout->hasHeightForWidth() ? layout->totalHeightForWidth(width)
-                                             : layout->totalSizeHint().height();
-    } else {
-        height =
-            part->hasHeightForWidth() ? part->heightForWidth(width) : part->sizeHint().height();
+        return layout->hasHeightForWidth() ? layout->totalHeightForWidth(width)
+                                           : layout->totalSizeHint().height();
     }
-    return std::clamp(height, part->minimumHeight(), part->maximumHeight());
+    return part->hasHeightForWidth() ? part->heightForWidth(width) : part->sizeHint().height();
 }
 
-/// Square above, round below: the card hangs from the top of its window.
-QPainterPath cardPath(const QRectF &card, qreal corner)
+bool takesTab(const QWidget *widget)
 {
-    QPainterPath path;
-    path.addRoundedRect(card.adjusted(0, -2 * corner, 0, 0), corner, corner);
-    QPainterPath below;
-    below.addRect(card);
-    return path.intersected(below);
+    const auto asked = QGuiApplication::styleHints()->tabFocusBehavior() == Qt::TabFocusAllControls
+        ? Qt::TabFocus
+        : Qt::StrongFocus;
+    return (widget->focusPolicy() & asked) == asked && !widget->focusProxy() && widget->isVisible()
+        && widget->isEnabled();
 }
 
 } // namespace
 
 Sheet::Sheet(int cardWidth, QWidget *over)
-    : QWidget(over->window(), Qt::Dialog | Qt::FramelessWindowHint)
-    , m_cardWidth(cardWidth)
-    , m_composited(isComposited())
+    : QWidget(over->window())
+    , m_cardWidth(scaled(cardWidth))
     , m_window(over->window())
     , m_body(new SheetBody(this))
 {
-    setWindowModality(Qt::WindowModal);
-    setAttribute(Qt::WA_TranslucentBackground, m_composited);
+    // Not shown along with a window that is yet to be.
+    hide();
+    setAttribute(Qt::WA_NoMousePropagation);
     setAccessibleRole(this, QAccessible::Dialog);
     m_body->hide();
     m_window->installEventFilter(this);
+    connect(qApp, &QApplication::focusChanged, this, [this](QWidget *, const QWidget *now) {
+        if (m_bodyContent && m_bodyContent->isAncestorOf(now))
+            m_body->reveal(now);
+    });
+    connect(qApp, &QGuiApplication::commitDataRequest, this, [this] { m_sessionEnds = true; });
 }
 
 Sheet::~Sheet()
 {
-    delete m_dim;
+    m_below.reset();
 }
 
 void Sheet::setHeader(QWidget *header)
@@ -92,9 +77,10 @@ void Sheet::setHeader(QWidget *header)
     watch(header);
 }
 
-void Sheet::setBody(QWidget *body)
+void Sheet::setBody(QWidget *body, int leastHeight)
 {
     m_bodyContent = body;
+    m_leastBody = leastHeight;
     m_body->setWidget(body);
     body->setAutoFillBackground(false);
     m_body->show();
@@ -114,9 +100,15 @@ void Sheet::setFooterLine(bool line)
     place();
 }
 
-void Sheet::setClosesOnCancel(bool closes)
+void Sheet::setHolds(bool holds)
 {
-    m_closesOnCancel = closes;
+    m_holds = holds;
+    m_sessionEnds = false;
+}
+
+void Sheet::setWayOut(QWidget *button)
+{
+    m_wayOut = button;
 }
 
 void Sheet::setInitialFocus(QWidget *widget)
@@ -126,154 +118,156 @@ void Sheet::setInitialFocus(QWidget *widget)
 
 void Sheet::open()
 {
+    if (m_isOpen)
+        return;
     m_isOpen = true;
-    delete m_dim;
-    m_dim = new Dim(m_window);
-    m_dim->raise();
-    m_dim->show();
+    QWidget *focusBefore = m_window->focusWidget();
     place();
+    raise();
+    show();
     if (m_initialFocus)
         KeyboardFocus::give(m_initialFocus);
-    show();
-    raise();
-    activateWindow();
+    else
+        setFocus(Qt::OtherFocusReason);
+    m_below.emplace(this, focusBefore);
+    new EndOfDoubleClick(this);
 }
 
-QRect Sheet::card() const
+bool Sheet::scroll(const QKeyEvent *event)
 {
-    const int side = (width() - m_cardWidth) / 2;
-    const int below = m_composited ? shadow().reachBelow() : edge;
-    return {side, 0, m_cardWidth, height() - below};
-}
-
-void Sheet::closeEvent(QCloseEvent *event)
-{
-    // Asked by the desktop, not by the program.
-    if (event->spontaneous() && !m_closesOnCancel) {
-        event->ignore();
-        return;
-    }
-    QWidget::closeEvent(event);
+    return m_body->scroll(event);
 }
 
 bool Sheet::eventFilter(QObject *watched, QEvent *event)
 {
-    switch (event->type()) {
-    case QEvent::Move:
-    case QEvent::Resize:
-        if (watched == m_window)
-            place();
-        break;
-    case QEvent::LayoutRequest:
-    case QEvent::ScreenChangeInternal:
+    if (watched == m_window && filterWindow(event))
+        return true;
+    if (event->type() == QEvent::LayoutRequest
+        && (watched == m_header || watched == m_bodyContent || watched == m_footer))
         place();
+    return QWidget::eventFilter(watched, event);
+}
+
+bool Sheet::filterWindow(QEvent *event)
+{
+    if (!m_isOpen)
+        return false;
+    switch (event->type()) {
+    case QEvent::Resize:
+        place();
+        break;
+    case QEvent::Close:
+        if (m_holds && !m_sessionEnds) {
+            event->ignore();
+            if (m_wayOut)
+                KeyboardFocus::give(m_wayOut);
+            return true;
+        }
+        break;
+    case QEvent::Hide:
+        if (!event->spontaneous() && !m_holds)
+            close();
         break;
     default:
         break;
     }
-    return QWidget::eventFilter(watched, event);
+    return false;
+}
+
+bool Sheet::focusNextPrevChild(bool next)
+{
+    QWidget *from = focusWidget() ? focusWidget() : this;
+    QWidget *to = from;
+    do {
+        to = next ? to->nextInFocusChain() : to->previousInFocusChain();
+        if (isAncestorOf(to) && takesTab(to)) {
+            to->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+            break;
+        }
+    } while (to != from);
+    return true; // it never leaves
 }
 
 void Sheet::hideEvent(QHideEvent *event)
 {
     QWidget::hideEvent(event);
-    if (event->spontaneous() || !m_isOpen)
+    // Hidden by itself, not along with its window.
+    if (!m_isOpen || !isHidden())
         return;
     m_isOpen = false;
-    delete m_dim;
-    // Most desktops do so by themselves; some leave the keyboard nowhere.
-    if (isActiveWindow() || !QApplication::activeWindow())
-        m_window->activateWindow();
+    m_below.reset();
     Q_EMIT closed();
 }
 
 void Sheet::keyPressEvent(QKeyEvent *event)
 {
-    if (event->matches(QKeySequence::Cancel) && m_closesOnCancel)
+    // Whatever the key: it goes no further.
+    if (!event->matches(QKeySequence::Cancel))
+        scroll(event);
+    else if (!m_holds)
         close();
-    else
-        QWidget::keyPressEvent(event);
 }
 
 void Sheet::paintEvent(QPaintEvent *event)
 {
-    const QRectF card = this->card();
-    const QRectF outer = card.adjusted(-edge, 0, edge, edge);
     QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    if (m_composited) {
-        // Not for what changes within the card, a blinking cursor say.
-        if (!card.contains(event->rect())) {
-            // The edge lies around the card, beneath its shadow, which takes the glare off a light
-            // one.
-            painter.fillPath(cardPath(outer, radius + edge).subtracted(cardPath(card, radius)),
-                             cardEdge(palette()));
-            paintShadow(painter, card, shadow());
-        }
-        painter.fillPath(cardPath(card, radius), windowColor(palette()));
-    } else {
-        painter.fillRect(rect(), windowColor(palette()));
-        painter.fillRect(rect(),
-                         dim(palette())); // what the edge lies over, if it were seen through
-        painter.fillRect(rect(), cardEdge(palette()));
-        painter.fillRect(card, windowColor(palette()));
-    }
+    m_cardPainter.paint(painter, rect(), m_card, palette(), event->rect());
     if (m_footer && m_footerLine) {
-        const QRectF line(card.left(), m_footer->y() - footerLine, card.width(), footerLine);
-        painter.fillRect(line, sheetHairline(palette()));
+        painter.fillRect(m_card.left(), m_footer->y() - footerLine, m_card.width(), footerLine,
+                         sheetHairline(palette()));
     }
-}
-
-Shadow Sheet::shadow() const
-{
-    const bool dark = schemeOf(palette()) == ColorScheme::Dark;
-    return dark ? Shadow{12, 34, cardShadow(palette())} : Shadow{10, 30, cardShadow(palette())};
-}
-
-int Sheet::naturalHeight() const
-{
-    return heightOf(m_header, m_cardWidth) + heightOf(m_bodyContent, m_cardWidth)
-        + heightOf(m_footer, m_cardWidth) + (m_footer && m_footerLine ? footerLine : 0);
-}
-
-int Sheet::roomOnScreen() const
-{
-    const int end = m_window->screen()->availableGeometry().bottom() + 1;
-    return end - clearOfScreenEnd - m_window->mapToGlobal(QPoint()).y();
 }
 
 void Sheet::place()
 {
     if (!m_isOpen)
         return;
-    if (m_dim)
-        m_dim->setGeometry(m_window->rect());
-    // A body of a few lines stays to be read and scrolled, even where the screen ends above it.
-    constexpr int leastBody = 80;
-    const int natural = naturalHeight();
-    const int least = natural - heightOf(m_bodyContent, m_cardWidth) + leastBody;
-    const int height = std::min(natural, std::max(roomOnScreen(), least));
-    const int side = m_composited ? shadow().blur : edge;
-    const int below = m_composited ? shadow().reachBelow() : edge;
-    const QPoint origin = m_window->mapToGlobal(QPoint());
-    const QRect card(origin.x() + (m_window->width() - m_cardWidth) / 2, origin.y(), m_cardWidth,
-                     height);
-    setGeometry(card.adjusted(-side, 0, side, below));
-    layOutParts(this->card());
+    setGeometry(m_window->rect());
+    const int width = std::min(m_cardWidth, this->width() - 2 * clearOfWindow);
+    const int room = height() - clearOfWindow;
+    const int header = heightOf(m_header, width);
+    const int footer = roomForFooter(width, room - header);
+    const int body = std::max(m_leastBody, heightOf(m_bodyContent, width));
+    m_card = QRect((this->width() - width) / 2, 0, width, std::min(header + body + footer, room));
+    layOutParts(header, footer);
     update();
 }
 
-void Sheet::layOutParts(const QRect &card)
+int Sheet::roomForFooter(int width, int room) const
 {
-    const int header = heightOf(m_header, m_cardWidth);
-    const int footer = heightOf(m_footer, m_cardWidth);
-    const int line = m_footer && m_footerLine ? footerLine : 0;
+    if (!m_footer)
+        return 0;
+    // An error in it scrolls in place, and gives way first.
+    const QLayout *layout = m_footer->layout();
+    const int least = layout ? layout->totalMinimumSize().height() : 0;
+    const int natural = heightOf(m_footer, width);
+    return line() + std::min(natural, std::max(least, room - line() - leastScrolling));
+}
+
+int Sheet::line() const
+{
+    return m_footerLine ? footerLine : 0;
+}
+
+void Sheet::layOutParts(int header, int footer)
+{
     if (m_header)
-        m_header->setGeometry(card.left(), card.top(), card.width(), header);
-    m_body->setGeometry(card.left(), card.top() + header, card.width(),
-                        card.height() - header - footer - line);
-    if (m_footer)
-        m_footer->setGeometry(card.left(), card.bottom() + 1 - footer, card.width(), footer);
+        m_header->setGeometry(m_card.left(), 0, m_card.width(), header);
+    if (m_footer) {
+        m_footer->setGeometry(m_card.left(), m_card.height() - footer + line(), m_card.width(),
+                              footer - line());
+    }
+    const int above = m_header ? clearOfFields - m_header->layout()->contentsMargins().bottom() : 0;
+    const int below =
+        m_footer && !m_footerLine ? clearOfFields - m_footer->layout()->contentsMargins().top() : 0;
+    const int before = m_body->height();
+    m_body->setGeometry(m_card.left(), header, m_card.width(),
+                        std::max(0, m_card.height() - header - footer));
+    m_body->setEdges(above, below);
+    m_body->layOutContent();
+    const QWidget *focus = focusWidget();
+    if (m_body->height() != before && m_bodyContent && m_bodyContent->isAncestorOf(focus))
+        m_body->reveal(focus);
 }
 
 void Sheet::watch(QWidget *part)

@@ -1,69 +1,85 @@
 #pragma once
 
+#include "controls/OutOfReach.h"
+#include "controls/SheetCard.h"
+
 #include <QPointer>
 #include <QWidget>
 
-class SheetBody;
-struct Shadow;
+#include <optional>
 
-/// A card over a window that waits for an answer: flush with the top of the window's content, which
-/// is dimmed and takes no input meanwhile. It may hang below its window, moves with it, and stays
-/// clear of the end of the screen: its body scrolls when there is no room, its header and footer
-/// stay put. Opening returns at once.
+class QKeyEvent;
+class SheetBody;
+
+/// A card within its window that waits for an answer: flush with the top of the window's content,
+/// which is dimmed and out of reach meanwhile, for the pointer, the keyboard and screen readers.
+/// The card stays clear of the window's end: its body scrolls when there is no room, its header and
+/// footer stay put. Opening returns at once, and brings nothing to the front.
 class Sheet : public QWidget {
     Q_OBJECT
 
 public:
-    /// `cardWidth` is that of the card, in pixels; `over` lies in the window that waits.
+    /// `cardWidth` is that of the card, in pixels, before it grows with large type; `over` lies in
+    /// the window that waits.
     Sheet(int cardWidth, QWidget *over);
     ~Sheet() override;
 
-    /// The parts, from top to bottom, with their own paddings; any may be missing. A body with a
-    /// minimum height keeps it. Heights follow when a part's layout changes.
+    /// The parts, from top to bottom, with their own paddings; any may be missing. Heights follow
+    /// when a part's layout changes. The body is at least `leastHeight` high where there is room.
     void setHeader(QWidget *header);
-    void setBody(QWidget *body);
+    void setBody(QWidget *body, int leastHeight = 0);
     void setFooter(QWidget *footer);
-    /// A line above the footer, for a body that scrolls under it.
+    /// A line that always stands above the footer, for a body that scrolls right under it. Without
+    /// it, one comes and goes with what is hidden there.
     void setFooterLine(bool line);
 
-    /// Whether the keyboard's cancel closes it, and so does the desktop; otherwise only close()
-    /// and reject() of the program do. Without this set, they do not.
-    void setClosesOnCancel(bool closes);
-    /// What has the focus when it opens, its ring shown.
+    /// While it holds something that must not be lost, only close() closes it: not the keyboard's
+    /// cancel, and not its window, which stays open and points to the way out.
+    void setHolds(bool holds);
+    /// The button that closes it in any case.
+    void setWayOut(QWidget *button);
+    /// What has the focus when it opens, its ring shown; the sheet itself unless set.
     void setInitialFocus(QWidget *widget);
 
     void open();
-    /// The card within this widget, which has room for the edge and the shadow as well.
-    QRect card() const;
+    /// The card within this widget, which covers the window.
+    QRect card() const { return m_card; }
 
 Q_SIGNALS:
     void closed(); ///< once for each open(), however it closed
 
 protected:
-    void closeEvent(QCloseEvent *event) override;
+    /// Scrolls the body if it is a key for that; whether it was.
+    bool scroll(const QKeyEvent *event);
+
     bool eventFilter(QObject *watched, QEvent *event) override;
+    bool focusNextPrevChild(bool next) override;
     void hideEvent(QHideEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    Shadow shadow() const;
-    int naturalHeight() const;
-    int roomOnScreen() const;
+    bool filterWindow(QEvent *event);
     void place();
-    void layOutParts(const QRect &card);
+    void layOutParts(int header, int footer);
+    int roomForFooter(int width, int room) const;
+    int line() const;
     void watch(QWidget *part);
 
-    int m_cardWidth;
-    bool m_composited;
-    bool m_closesOnCancel = false;
+    const int m_cardWidth;
+    bool m_holds = false;
+    bool m_sessionEnds = false; ///< the desktop has said so since something was last changed here
     bool m_footerLine = false;
     bool m_isOpen = false;
-    QWidget *m_window; ///< the one that waits
-    QPointer<QWidget> m_dim;
+    int m_leastBody = 0;
+    QRect m_card;
+    QPointer<QWidget> m_window; ///< the one that waits
     QPointer<QWidget> m_header;
     QPointer<QWidget> m_bodyContent;
     QPointer<QWidget> m_footer;
     QPointer<QWidget> m_initialFocus;
+    QPointer<QWidget> m_wayOut;
     SheetBody *m_body;
+    std::optional<OutOfReach> m_below;
+    SheetCard m_cardPainter;
 };

@@ -64,6 +64,14 @@ QSize TextField::minimumSizeHint() const
     return {QLineEdit::minimumSizeHint().width(), fieldHeight()};
 }
 
+void TextField::focusInEvent(QFocusEvent *event)
+{
+    QLineEdit::focusInEvent(event);
+    // What the tab key selects is longer than the field, maybe: its beginning shows, not its end.
+    if (hasSelectedText() && selectedText() == text())
+        setSelection(static_cast<int>(text().size()), -static_cast<int>(text().size()));
+}
+
 void TextField::initStyleOption(QStyleOptionFrame *option) const
 {
     QLineEdit::initStyleOption(option);

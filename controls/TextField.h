@@ -16,6 +16,7 @@ public:
     QSize minimumSizeHint() const override;
 
 protected:
+    void focusInEvent(QFocusEvent *event) override;
     void initStyleOption(QStyleOptionFrame *option) const override;
     void inputMethodEvent(QInputMethodEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;

@@ -65,6 +65,7 @@ QWidget *AddEventView::makeFooter()
 
     auto *cancel = new SecondaryButton(u"Annuler"_s);
     connect(cancel, &QPushButton::clicked, this, &QWidget::close);
+    setWayOut(cancel);
     m_save = new PrimaryButton(m_existingEvent ? u"Enregistrer"_s : u"Créer"_s);
     connect(m_save, &QPushButton::clicked, this, &AddEventView::submit);
     auto *buttons = new QHBoxLayout;
@@ -138,5 +139,5 @@ void AddEventView::render()
     m_error->setText(m_state.errorMessage.value_or(QString()));
     m_errorRow->setVisible(m_state.errorMessage.has_value());
     m_save->setEnabled(!m_state.isSubmitting && isComplete(m_body->form()));
-    setClosesOnCancel(m_body->form() == m_initial);
+    setHolds(m_state.isSubmitting || m_body->form() != m_initial);
 }

@@ -25,6 +25,7 @@ namespace {
 
 constexpr int padding = 20;
 constexpr int groupSpacing = 10;
+constexpr int leastGroupSpacing = 8;
 constexpr int headingSpacing = 9; // the heading's line is a pixel higher than its letters
 constexpr int captionSpacing = 6; ///< between a caption and what stands below it
 constexpr int captionGap = 8; ///< between a caption and what stands beside it
@@ -32,6 +33,18 @@ constexpr int momentSpacing = 20; ///< between the day and the time
 constexpr int captionHeight = 15;
 /// As much of a text of one line as a person goes through with the arrow keys.
 constexpr qsizetype mostInField = 5'000;
+
+/// The space between two groups. It gives a little before the form must scroll, which it would by a
+/// few pixels in a window as high as one opens.
+class Gap final : public QSpacerItem {
+public:
+    Gap()
+        : QSpacerItem(0, groupSpacing, QSizePolicy::Minimum, QSizePolicy::Maximum)
+    {
+    }
+
+    QSize minimumSize() const override { return {0, leastGroupSpacing}; }
+};
 
 TextLabel *makeCaption(const QString &text)
 {
@@ -87,7 +100,7 @@ EventFormBody::EventFormBody(const EventForm &initial, const Calendar &calendar,
 
     auto *column = new QVBoxLayout(this);
     column->setContentsMargins(padding, headingSpacing, padding, groupSpacing);
-    column->setSpacing(groupSpacing);
+    column->setSpacing(0);
     addGroup(column, u"Titre"_s, m_title);
     addGroup(column, u"Description"_s, m_description);
     addGroup(column, u"Tags"_s, m_tags);
@@ -98,6 +111,7 @@ EventFormBody::EventFormBody(const EventForm &initial, const Calendar &calendar,
     addGroup(
         column, u"Email de contact"_s,
         makeField(u"Email de contact"_s, u"Ex: camille@exemple.fr"_s, &EventForm::contactEmail));
+    column->addItem(new Gap);
     column->addWidget(makeMoment());
     column->addStretch();
     render();
@@ -115,6 +129,7 @@ TextField *EventFormBody::makeField(const QString &name, const QString &prompt,
     auto *field = new TextField(prompt);
     field->setAccessibleName(name);
     field->setText(given.shown());
+    field->setCursorPosition(0); // a text that is longer than the field shows its beginning
     new EndOfComposition(field);
     connect(field, &QLineEdit::textChanged, this, [this, given, text](const QString &now) {
         change([&](EventForm &form) { form.*text = given.wholeAfter(now); });
@@ -124,6 +139,8 @@ TextField *EventFormBody::makeField(const QString &name, const QString &prompt,
 
 void EventFormBody::addGroup(QVBoxLayout *column, const QString &caption, QWidget *control)
 {
+    if (column->count() > 0)
+        column->addItem(new Gap);
     auto *group = new QVBoxLayout;
     group->setSpacing(captionSpacing);
     group->addWidget(makeCaption(caption));

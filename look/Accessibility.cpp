@@ -1,12 +1,20 @@
 #include "look/Accessibility.h"
 
 #include <QAccessibleWidget>
+#include <QPointer>
 #include <QVariant>
 #include <QWidget>
 
 namespace {
 
 constexpr const char *roleProperty = "accessibleRole";
+constexpr const char *modalProperty = "accessibleModal"; ///< of a window
+
+/// What alone is within reach in a window, or null.
+QWidget *modalIn(const QWidget *window)
+{
+    return window->property(modalProperty).value<QPointer<QWidget>>();
+}
 
 /// A widget whose role is a property and whose press and choice are its own; without the property,
 /// a plain window.
@@ -31,9 +39,32 @@ public:
                                                 : QAccessibleWidget::text(kind);
     }
 
+    int childCount() const override { return modal() ? 1 : QAccessibleWidget::childCount(); }
+
+    QAccessibleInterface *child(int index) const override
+    {
+        if (!modal())
+            return QAccessibleWidget::child(index);
+        return index == 0 ? QAccessible::queryAccessibleInterface(modal()) : nullptr;
+    }
+
+    int indexOfChild(const QAccessibleInterface *child) const override
+    {
+        if (!modal())
+            return QAccessibleWidget::indexOfChild(child);
+        return child && child->object() == modal() ? 0 : -1;
+    }
+
+    QAccessibleInterface *childAt(int x, int y) const override
+    {
+        return modal() && rect().contains(x, y) ? QAccessible::queryAccessibleInterface(modal())
+                                                : QAccessibleWidget::childAt(x, y);
+    }
+
     QAccessible::State state() const override
     {
         auto state = QAccessibleWidget::state();
+        state.modal = state.modal || modalIn(widget()->window()) == widget();
         const bool choosable = role() == QAccessible::ListItem || role() == QAccessible::PageTab;
         if (const auto *item = pressable(); item && choosable) {
             state.selectable = true;
@@ -61,6 +92,7 @@ public:
     }
 
 private:
+    QWidget *modal() const { return widget()->isWindow() ? modalIn(widget()) : nullptr; }
     Pressable *pressable() const { return dynamic_cast<Pressable *>(object()); }
 };
 
@@ -96,4 +128,13 @@ void setAccessibleRole(QWidget *widget, QAccessible::Role role)
     auto *interface = QAccessible::queryAccessibleInterface(widget);
     if (interface && !dynamic_cast<RoleInterface *>(interface))
         QAccessible::deleteAccessibleInterface(QAccessible::uniqueId(interface));
+}
+
+void setAccessibleModal(QWidget *widget, bool isModal)
+{
+    QWidget *window = widget->window();
+    if (isModal)
+        window->setProperty(modalProperty, QVariant::fromValue(QPointer(widget)));
+    else if (modalIn(window) == widget)
+        window->setProperty(modalProperty, QVariant());
 }

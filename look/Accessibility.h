@@ -13,6 +13,10 @@ void installAccessibility();
 /// eye alone.
 void setAccessibleRole(QWidget *widget, QAccessible::Role role);
 
+/// Whether a widget, a child of its window, is all of that window that a screen reader gets at. The
+/// last one to become so counts.
+void setAccessibleModal(QWidget *widget, bool isModal);
+
 /// What a custom widget implements, beside QWidget, to be pressed or chosen through a screen
 /// reader. It works for widgets with a role set as above.
 class Pressable {

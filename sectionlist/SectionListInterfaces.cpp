@@ -89,11 +89,15 @@ QAccessible::State SectionListRowInterface::state() const
 
 QStringList SectionListRowInterface::actionNames() const
 {
+    if (!row()->isEnabled())
+        return {};
     return {pressAction(), setFocusAction()};
 }
 
 void SectionListRowInterface::doAction(const QString &action)
 {
+    if (!row()->isEnabled())
+        return;
     auto *list = SectionListReader::listOf(row());
     const auto number = list ? SectionListReader(*list).rowOfWidget(row()) : std::nullopt;
     if (action == pressAction())
@@ -154,6 +158,7 @@ QAccessible::State SectionListItemInterface::state() const
         return state;
     if (const auto *shown = shownRow())
         return shown->state();
+    state.disabled = !m_list->isEnabled();
     state.offscreen = !rect().intersects(QRect(m_list->mapToGlobal(QPoint()), m_list->size()));
     if (role() == QAccessible::ListItem) {
         state.focusable = true;
@@ -175,13 +180,15 @@ void *SectionListItemInterface::interface_cast(QAccessible::InterfaceType type)
 
 QStringList SectionListItemInterface::actionNames() const
 {
+    if (!m_list || !m_list->isEnabled())
+        return {};
     return {pressAction(), setFocusAction()};
 }
 
 void SectionListItemInterface::doAction(const QString &action)
 {
     const auto row = isValid() ? SectionListReader(*m_list).rowOfItem(m_index) : std::nullopt;
-    if (!row)
+    if (!row || !m_list->isEnabled())
         return;
     if (action == setFocusAction())
         SectionListReader(*m_list).giveFocus(*row);

@@ -1,78 +1,17 @@
-#include "app/ButtonStyles.h"
+// What a sheet looks like, and the place it takes in its window.
+
 #include "controls/LinkLabel.h"
-#include "controls/Sheet.h"
-#include "controls/TextLabel.h"
-#include "controls/ThinScrollBar.h"
 #include "look/Accessibility.h"
 #include "look/Colors.h"
-#include "look/Fonts.h"
 #include "support/Picture.h"
+#include "support/SheetScene.h"
 
 #include <QApplication>
 #include <QDesktopServices>
-#include <QHBoxLayout>
-#include <QLineEdit>
-#include <QScreen>
-#include <QScrollArea>
-#include <QSignalSpy>
-#include <QTest>
-#include <QVBoxLayout>
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-const QString sentence = u"Une trentaine d’artisans, vin chaud et crêpes. "_s;
-
-/// A window with a sheet of three parts over it.
-struct Scene {
-    QWidget window;
-    QLineEdit *field = new QLineEdit(&window);
-    Sheet *sheet = new Sheet(480, &window);
-    TextLabel *text = new TextLabel({}, appFont(13));
-    SecondaryButton *button = new SecondaryButton(u"Fermer"_s);
-
-    explicit Scene(const QString &body = sentence)
-    {
-        auto *header = new QWidget;
-        auto *headerColumn = new QVBoxLayout(header);
-        headerColumn->setContentsMargins(16, 16, 16, 0);
-        headerColumn->addWidget(new TextLabel(u"Titre"_s, appFont(22)));
-        sheet->setHeader(header);
-
-        auto *content = new QWidget;
-        auto *contentColumn = new QVBoxLayout(content);
-        contentColumn->setContentsMargins(16, 16, 16, 16);
-        contentColumn->addWidget(text);
-        contentColumn->addStretch();
-        text->setText(body);
-        sheet->setBody(content);
-
-        auto *footer = new QWidget;
-        auto *row = new QHBoxLayout(footer);
-        row->setContentsMargins(16, 10, 16, 10);
-        row->addStretch();
-        row->addWidget(button);
-        sheet->setFooter(footer);
-        sheet->setFooterLine(true);
-        sheet->setInitialFocus(button);
-        window.setGeometry(20, 40, 640, 400);
-        window.show();
-        window.activateWindow();
-    }
-
-    QRect card() const { return sheet->card().translated(sheet->geometry().topLeft()); }
-    QScrollArea *scroll() const { return sheet->findChild<QScrollArea *>(); }
-    QWidget *dimming() const
-    {
-        const auto children = window.findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly);
-        for (auto *child : children) {
-            if (!child->isWindow() && child->size() == window.size())
-                return child;
-        }
-        return nullptr;
-    }
-};
 
 class Browser : public QObject {
     Q_OBJECT
@@ -95,153 +34,187 @@ private Q_SLOTS:
 
     void aSheetHangsFromTheTopOfItsWindowInTheMiddle()
     {
-        Scene it;
+        SheetScene it;
         it.sheet->open();
         QVERIFY(it.sheet->isVisible());
-        QCOMPARE(it.card().width(), 480);
-        QCOMPARE(it.card().left(), 20 + (640 - 480) / 2);
-        QCOMPARE(it.card().top(), 40);
-        QCOMPARE(it.sheet->windowModality(), Qt::WindowModal);
+        QVERIFY(!it.sheet->isWindow());
+        QCOMPARE(it.sheet->geometry(), it.window.rect());
+        QCOMPARE(it.sheet->card().topLeft(), QPoint((640 - 480) / 2, 0));
+        QCOMPARE(it.sheet->card().width(), 480);
     }
 
     void itFollowsItsWindow()
     {
-        Scene it;
+        SheetScene it;
         it.sheet->open();
-        it.window.move(70, 60);
-        QTRY_COMPARE(it.card().topLeft(), it.window.mapToGlobal(QPoint(80, 0)));
         it.window.resize(700, 300);
-        QTRY_COMPARE(it.card().topLeft(), it.window.mapToGlobal(QPoint(110, 0)));
-        QCOMPARE(it.dimming()->size(), it.window.size());
+        QTRY_COMPARE(it.sheet->geometry(), it.window.rect());
+        QCOMPARE(it.sheet->card().topLeft(), QPoint(110, 0));
     }
 
-    void theWindowBehindIsDimmedAndTakesNoInput()
+    void inANarrowWindowItStaysClearOfTheSides()
     {
-        Scene it;
-        QVERIFY(!it.dimming());
+        SheetScene it;
+        it.window.resize(400, 400);
         it.sheet->open();
-        QVERIFY(it.dimming());
-        const QColor dimmed = picture(it.window).pixelColor(600, 380);
-        COMPARE_COLORS(dimmed, blended(dim(it.window.palette()), windowColor(it.window.palette())));
-        QTest::mouseClick(it.window.windowHandle(), Qt::LeftButton, {}, {5, 5});
-        QTest::keyClick(it.window.windowHandle(), Qt::Key_X);
-        QVERIFY(it.field->text().isEmpty());
+        QCOMPARE(it.sheet->card().left(), 16);
+        QCOMPARE(it.sheet->card().width(), 400 - 32);
+        QCOMPARE(it.text->width(), 400 - 32 - 32);
+    }
+
+    void theWindowBehindIsDimmedAndOtherwiseLooksTheSame()
+    {
+        SheetScene it;
+        const QImage before = picture(it.window);
+        it.sheet->open();
+        const QImage dimmed = picture(it.window);
+        for (const QPoint at : {QPoint(30, 380), QPoint(8, 310), it.field->geometry().center()}) {
+            COMPARE_COLORS(dimmed.pixelColor(at),
+                           blended(dim(it.window.palette()), before.pixelColor(at)));
+        }
         it.sheet->close();
-        QVERIFY(!it.dimming());
+        QCOMPARE(picture(it.window), before);
     }
 
     void theCardIsSquareAboveRoundBelowWithAnEdgeAndAShadow()
     {
         for (const auto scheme : {ColorScheme::Light, ColorScheme::Dark}) {
             QApplication::setPalette(applicationPalette(scheme));
-            Scene it;
+            SheetScene it;
             it.sheet->open();
             QTRY_COMPARE(schemeOf(it.sheet->palette()), scheme);
-            QImage image(it.sheet->size(), QImage::Format_ARGB32_Premultiplied);
-            image.fill(Qt::transparent);
-            it.sheet->render(&image, {}, {}, QWidget::DrawChildren);
+            const QImage image = picture(it.window);
             const QRect card = it.sheet->card();
             const QColor sheet = windowColor(it.sheet->palette());
+            const QColor dimmed = image.pixelColor(2, card.bottom());
             COMPARE_COLORS(image.pixelColor(card.topLeft()), sheet);
             COMPARE_COLORS(image.pixelColor(card.topRight()), sheet);
             COMPARE_COLORS(image.pixelColor(card.center().x(), card.bottom()), sheet);
-            QVERIFY(image.pixelColor(card.bottomLeft()).alphaF() < 0.7);
-            QVERIFY(image.pixelColor(card.bottomRight()).alphaF() < 0.7);
+            for (const QPoint corner : {card.bottomLeft(), card.bottomRight()})
+                QVERIFY(image.pixelColor(corner).lightness() < sheet.lightness() - 4);
 
             const int middle = card.center().x();
-            const qreal edge = image.pixelColor(middle, card.bottom() + 1).alphaF();
-            const qreal near = image.pixelColor(middle, card.bottom() + 2).alphaF();
-            const qreal far = image.pixelColor(middle, image.height() - 1).alphaF();
-            QVERIFY(edge > near);
-            QVERIFY(near > 0.1);
-            QVERIFY(far < 0.02);
-            QVERIFY(image.pixelColor(0, card.center().y()).alphaF() < 0.02);
+            const auto darkness = [&image](int x, int y) {
+                return 255 - image.pixelColor(x, y).lightness();
+            };
+            const int near = darkness(middle, card.bottom() + 2);
+            QVERIFY(near > darkness(middle, card.bottom() + 20));
+            QVERIFY(darkness(middle, card.bottom() + 20) > 255 - dimmed.lightness());
+            QVERIFY(darkness(card.left() - 2, card.center().y()) > 255 - dimmed.lightness());
+            QVERIFY(image.pixelColor(middle, card.bottom() + 1)
+                    != image.pixelColor(middle, card.bottom() + 2));
         }
     }
 
-    void aLongBodyScrollsClearOfTheEndOfTheScreen()
+    void aLongBodyScrollsClearOfTheWindowsEnd()
     {
-        Scene it(sentence.repeated(200));
+        SheetScene it(sentence.repeated(200));
         it.sheet->open();
-        const int end = it.window.screen()->availableGeometry().bottom() + 1;
-        QCOMPARE(it.card().bottom() + 1, end - 16);
-        QVERIFY(it.scroll()->verticalScrollBar()->maximum() > 0);
+        QCOMPARE(it.sheet->card().bottom() + 1, 400 - 16);
+        QVERIFY(it.bar()->maximum() > 0);
         const QPoint footer = it.button->mapTo(it.sheet, QPoint(0, it.button->height() + 10));
         QCOMPARE(footer.y(), it.sheet->card().bottom() + 1);
         QCOMPARE(it.text->width(), 480 - 32);
     }
 
+    void aHairlineStandsWhereSomethingIsHiddenAndOnlyThere()
+    {
+        SheetScene it(sentence.repeated(200));
+        it.sheet->open();
+        const QColor line = sheetHairline(it.sheet->palette());
+        const QColor plain = windowColor(it.sheet->palette());
+        const QRect body(it.scroll()->mapTo(&it.window, QPoint()), it.scroll()->size());
+        const int x = it.sheet->card().left() + 4; // left of all text
+        // 12 clear of the heading, and of the button, whose footer has a padding of 10.
+        const int above = body.top() + 12 - 1;
+        const int below = body.bottom() + 1 - 2;
+        const auto at = [&](int y) { return picture(it.window).pixelColor(x, y); };
+
+        COMPARE_COLORS(at(above), plain);
+        COMPARE_COLORS(at(below), line);
+        it.bar()->setValue(40);
+        COMPARE_COLORS(at(above), line);
+        COMPARE_COLORS(at(below), line);
+        it.bar()->setValue(it.bar()->maximum());
+        COMPARE_COLORS(at(above), line);
+        COMPARE_COLORS(at(below), plain);
+
+        it.text->setText(sentence);
+        QTRY_COMPARE(it.bar()->maximum(), 0);
+        QTRY_VERIFY(it.sheet->card().height() < 300);
+        const int corner = 10;
+        for (int y = 0; y < it.sheet->card().height() - corner; ++y)
+            COMPARE_COLORS(at(y), plain);
+    }
+
+    void theFieldThatHasTheFocusIsInSight()
+    {
+        SheetScene it(sentence.repeated(200));
+        it.sheet->open();
+        const auto isInSight = [&it] {
+            const QRect place(it.entry->mapTo(it.scroll(), QPoint()), it.entry->size());
+            return it.scroll()->rect().adjusted(0, 12, 0, -2).contains(place);
+        };
+        QVERIFY(!isInSight());
+        it.entry->setFocus(Qt::TabFocusReason);
+        QVERIFY(isInSight());
+        it.window.resize(640, 320);
+        QTRY_COMPARE(it.sheet->card().bottom() + 1, 320 - 16);
+        QVERIFY(isInSight());
+    }
+
     void theScrollBarOfALongBodyScrollsIt()
     {
-        Scene it(sentence.repeated(200));
+        SheetScene it(sentence.repeated(200));
         it.sheet->open();
         auto *bar = it.scroll()->findChild<ThinScrollBar *>();
         QVERIFY(bar->isVisible());
         bar->setValue(120);
-        QCOMPARE(it.scroll()->verticalScrollBar()->value(), 120);
-        it.scroll()->verticalScrollBar()->setValue(40);
+        QCOMPARE(it.bar()->value(), 120);
+        it.bar()->setValue(40);
         QCOMPARE(bar->value(), 40);
+    }
+
+    void keysScrollALongBody()
+    {
+        SheetScene it(sentence.repeated(200));
+        it.sheet->setInitialFocus(nullptr);
+        it.sheet->open();
+        QVERIFY(it.sheet->hasFocus());
+        QTest::keyClick(it.sheet, Qt::Key_End);
+        QCOMPARE(it.bar()->value(), it.bar()->maximum());
+        QTest::keyClick(it.sheet, Qt::Key_Up);
+        const int line = it.bar()->maximum() - it.bar()->value();
+        QVERIFY(line > 0);
+        QTest::keyClick(it.sheet, Qt::Key_PageUp);
+        QVERIFY(it.bar()->value() < it.bar()->maximum() - 2 * line);
+        QTest::keyClick(it.sheet, Qt::Key_Home);
+        QCOMPARE(it.bar()->value(), 0);
+        QTest::keyClick(it.sheet, Qt::Key_Down);
+        QCOMPARE(it.bar()->value(), line);
+        QTest::keyClick(it.sheet, Qt::Key_PageDown);
+        QVERIFY(it.bar()->value() > 2 * line);
     }
 
     void aShortBodyHasNoScrollBarAndTheSheetItsHeight()
     {
-        Scene it;
+        SheetScene it;
+        it.sheet->setFooterLine(true);
         it.sheet->open();
         QVERIFY(!it.scroll()->findChild<ThinScrollBar *>()->isVisible());
-        const int body = 16 + lineHeight(appFont(13)) + 16;
-        QCOMPARE(it.card().height(), 16 + lineHeight(appFont(22)) + body + 1 + 48);
+        const int body = 16 + lineHeight(appFont(13)) + 28 + 16;
+        const int footer = 10 + it.button->sizeHint().height() + 10;
+        QCOMPARE(it.sheet->card().height(), 16 + lineHeight(appFont(22)) + body + 1 + footer);
     }
 
     void theSheetGrowsWhenItsTextDoes()
     {
-        Scene it;
+        SheetScene it;
         it.sheet->open();
-        const int before = it.card().height();
+        const int before = it.sheet->card().height();
         it.text->setText(sentence.repeated(8));
-        QTRY_VERIFY(it.card().height() >= before + 2 * lineHeight(appFont(13)));
-        QCOMPARE(it.scroll()->verticalScrollBar()->maximum(), 0);
-    }
-
-    void cancelClosesASheetThatAllowsItAndSaysSoOnce()
-    {
-        Scene it;
-        QSignalSpy closed(it.sheet, &Sheet::closed);
-        it.sheet->setClosesOnCancel(true);
-        it.sheet->open();
-        QTest::keyClick(it.button, Qt::Key_Escape);
-        QVERIFY(!it.sheet->isVisible());
-        QCOMPARE(closed.count(), 1);
-        it.sheet->open();
-        QVERIFY(it.sheet->isVisible());
-        it.sheet->close();
-        QCOMPARE(closed.count(), 2);
-    }
-
-    void cancelLeavesAFormOpen()
-    {
-        Scene it;
-        QSignalSpy closed(it.sheet, &Sheet::closed);
-        it.sheet->open();
-        QTest::keyClick(it.button, Qt::Key_Escape);
-        QVERIFY(it.sheet->isVisible());
-        QCOMPARE(closed.count(), 0);
-    }
-
-    void whatHasTheFocusAtOpeningShowsItsRing()
-    {
-        Scene it;
-        it.sheet->open();
-        QTRY_VERIFY(it.button->hasFocus());
-        const QPoint place = it.button->mapTo(it.sheet, QPoint(20, -2));
-        COMPARE_COLORS(picture(*it.sheet).pixelColor(place), accentInk(it.sheet->palette()));
-    }
-
-    void aSheetThatGoesWithItsWindowTakesItsDimmingAlong()
-    {
-        Scene it;
-        it.sheet->open();
-        delete it.sheet;
-        QVERIFY(!it.dimming());
+        QTRY_VERIFY(it.sheet->card().height() >= before + 2 * lineHeight(appFont(13)));
+        QCOMPARE(it.bar()->maximum(), 0);
     }
 
     void aLinkOpensItsAddressByMouseKeysAndScreenReader()

@@ -11,7 +11,6 @@
 #include "support/ViewMain.h"
 
 #include <QApplication>
-#include <QScreen>
 #include <QScrollBar>
 
 #include <algorithm>
@@ -39,11 +38,13 @@ private Q_SLOTS:
     void headingAndButtonSayWhatTheFormIsFor();
     void everyCaptionStandsAboveOrBeforeItsField();
     void theSheetIsAsHighAsItsParts();
+    void inAWindowAsItOpensNothingScrolls();
+    void aFilledFieldShowsItsBeginning();
     void anEventOfAnotherOrganiserOpensWithItsName();
     void choosingOtherAsksForTheNameAndKeepsIt();
     void aBlankTitleCannotBeSaved_data();
     void aBlankTitleCannotBeSaved();
-    void onAShortScreenTheFieldsScrollUnderHeadingAndButtons();
+    void inALowWindowTheFieldsScrollBetweenHeadingAndButtons();
     void theWheelOverAPickerScrollsTheForm();
     void theDayIsWrittenAsTheUserWritesDays();
     void aDayOfLongAgoIsNotTouched();
@@ -143,6 +144,7 @@ void TestAddEventView::everyCaptionStandsAboveOrBeforeItsField()
 void TestAddEventView::theSheetIsAsHighAsItsParts()
 {
     const Form form;
+    form.window->resize(760, 780);
     const int captions = 7 * std::max(scaled(15), QFontMetrics(appFont(12)).height());
     const int fields = 7 * fieldHeight() + form.named(u"Description"_s)->height();
     const int before = form.view->card().height();
@@ -157,6 +159,32 @@ void TestAddEventView::theSheetIsAsHighAsItsParts()
     QTRY_COMPARE(form.view->card().height(),
                  before + 6 + fieldHeight() + lineHeight(appFont(13)) + 10);
     QCOMPARE(scrollBar(form)->maximum(), 0);
+}
+
+void TestAddEventView::inAWindowAsItOpensNothingScrolls()
+{
+    const Form form;
+    QCOMPARE(form.window->size(), QSize(760, 620));
+    QCOMPARE(scrollBar(form)->maximum(), 0);
+    QVERIFY(form.view->card().bottom() + 1 <= 620 - 16);
+}
+
+void TestAddEventView::aFilledFieldShowsItsBeginning()
+{
+    Event event = fullEvent();
+    event.titre = u"un long texte "_s.repeated(20);
+    event.lieu = event.link = event.contact_email = event.titre;
+    event.organise_par = event.titre;
+    const Form form(event);
+    for (const QString &name :
+         {u"Titre"_s, u"Lieu"_s, u"Lien"_s, u"Préciser"_s, u"Email de contact"_s}) {
+        QLineEdit *field = form.field(name);
+        const auto begins = [field] { return field->cursorPositionAt({12, 14}) < 2; };
+        QVERIFY2(begins(), qPrintable(name));
+        field->setFocus(Qt::TabFocusReason);
+        QVERIFY2(begins(), qPrintable(name));
+        QCOMPARE(field->selectedText(), field->text());
+    }
 }
 
 void TestAddEventView::anEventOfAnotherOrganiserOpensWithItsName()
@@ -204,17 +232,15 @@ void TestAddEventView::aBlankTitleCannotBeSaved()
     QCOMPARE(m_server.requests().size(), before);
 }
 
-void TestAddEventView::onAShortScreenTheFieldsScrollUnderHeadingAndButtons()
+void TestAddEventView::inALowWindowTheFieldsScrollBetweenHeadingAndButtons()
 {
     const Form form;
-    const QRect screen = form.window->screen()->availableGeometry();
-    form.window->move(20, screen.bottom() - 400);
+    form.window->resize(760, 400);
     m_server.answer(HttpAnswer::whole(500, "non"));
     form.pressSave();
     QTRY_VERIFY(form.save()->isEnabled());
     QTRY_VERIFY(scrollBar(form)->maximum() > 100);
-    const QRect card = form.view->card().translated(form.view->pos());
-    QCOMPARE(card.bottom() + 1, screen.bottom() + 1 - 16);
+    QCOMPARE(form.view->card().bottom() + 1, 400 - 16);
     const auto places = [&form] {
         return QList{onCard(form, form.save()), onCard(form, form.button(u"Annuler"_s)),
                      onCard(form, form.named(u"HTTP 500: non"_s))};
@@ -228,7 +254,7 @@ void TestAddEventView::onAShortScreenTheFieldsScrollUnderHeadingAndButtons()
 void TestAddEventView::theWheelOverAPickerScrollsTheForm()
 {
     const Form form(fullEvent());
-    form.window->move(20, form.window->screen()->availableGeometry().bottom() - 300);
+    form.window->resize(760, 300);
     QTRY_VERIFY(scrollBar(form)->maximum() > 100);
     scrollBar(form)->setValue(scrollBar(form)->maximum() - 60);
     for (const QString &name : {u"Organisé par"_s, u"Date"_s, u"Heure"_s}) {

@@ -211,6 +211,7 @@ void TestSaveEvent::aLongReasonScrollsAndIsCopiedWhole()
     const QByteArray reason = QByteArray("Une longue explication. ").repeated(20'000);
     m_server.answer(HttpAnswer::whole(500, reason));
     const Form form;
+    form.window->resize(760, 780);
     const int before = form.view->card().height();
     QCOMPARE(failure(form), u"HTTP 500: "_s + QString::fromUtf8(reason));
     QTRY_COMPARE(form.view->card().height(), before + 4 * lineHeight(appFont(13)) + 10);
