@@ -15,8 +15,10 @@ EndOfDoubleClick::EndOfDoubleClick(QWidget *opened)
 bool EndOfDoubleClick::eventFilter(QObject *watched, QEvent *event)
 {
     // Windows hear of each press; widgets of none that ends a double click.
-    if (event->type() == QEvent::MouseButtonPress && watched->isWidgetType())
+    if (event->type() == QEvent::MouseButtonPress && watched->isWidgetType()) {
+        m_window.clear();
         deleteLater();
+    }
     return event->type() == QEvent::MouseButtonDblClick && watched->isWindowType() && m_window
         && watched == m_window->windowHandle();
 }

@@ -103,6 +103,15 @@ void TextField::paintEvent(QPaintEvent *event)
     QLineEdit::paintEvent(event);
 }
 
+void TextField::resizeEvent(QResizeEvent *event)
+{
+    QLineEdit::resizeEvent(event);
+    const int room = width() - 2 * fieldPadding;
+    // As it was filled: the cursor stands after a text that fits, and before one that does not.
+    if (!isModified() && !hasFocus() && fontMetrics().horizontalAdvance(text()) > room)
+        home(false);
+}
+
 void TextField::giveUpComposition()
 {
     QApplication::inputMethod()->reset();

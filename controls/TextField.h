@@ -2,9 +2,10 @@
 
 #include <QLineEdit>
 
-/// A one-line entry field. Return does nothing in it: no form is sent by a key that people press to
-/// go on. Escape gives up the characters that are being composed, where there are any, before it
-/// means anything to a form. Its accessible name is its prompt until it is given another.
+/// A one-line entry field, which opens with the beginning of its text in sight. Return does nothing
+/// in it: no form is sent by a key that people press to go on. Escape gives up the characters that
+/// are being composed, where there are any, before it means anything to a form. Its accessible name
+/// is its prompt until it is given another.
 class TextField : public QLineEdit {
     Q_OBJECT
 
@@ -21,6 +22,7 @@ protected:
     void inputMethodEvent(QInputMethodEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
     void giveUpComposition();

@@ -129,7 +129,6 @@ TextField *EventFormBody::makeField(const QString &name, const QString &prompt,
     auto *field = new TextField(prompt);
     field->setAccessibleName(name);
     field->setText(given.shown());
-    field->setCursorPosition(0); // a text that is longer than the field shows its beginning
     new EndOfComposition(field);
     connect(field, &QLineEdit::textChanged, this, [this, given, text](const QString &now) {
         change([&](EventForm &form) { form.*text = given.wholeAfter(now); });

@@ -40,7 +40,8 @@ void KeyboardFocus::give(QWidget *widget)
         focus->m_byKeyboard = true;
         focus->setVisible(widget->hasFocus());
     }
-    widget->setFocus(Qt::TabFocusReason);
+    // Not as the tab key does, which selects all of a field's text.
+    widget->setFocus(Qt::ActiveWindowFocusReason);
 }
 
 bool KeyboardFocus::eventFilter(QObject *watched, QEvent *event)

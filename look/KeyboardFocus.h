@@ -18,7 +18,7 @@ public:
 
     bool isVisible() const { return m_visible; }
 
-    /// Gives a widget the focus as the tab key does, also before its window is in front: for what
+    /// Gives a widget the focus with its ring shown, also before its window is in front: for what
     /// is focused when a sheet opens.
     static void give(QWidget *widget);
     /// Gives `to` the focus as `from` has it: its ring shows if that of `from` did. For a control

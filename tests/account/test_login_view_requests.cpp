@@ -163,7 +163,7 @@ private Q_SLOTS:
         const LoginForm form;
         form.type(u"a@b.fr"_s, u"secret"_s);
         const QPoint place = form.primary()->mapTo(form.view.data(), QPoint(20, 10));
-        QTest::mouseDClick(form.view->windowHandle(), Qt::LeftButton, {}, place);
+        QTest::mouseDClick(form.window.windowHandle(), Qt::LeftButton, {}, place);
         QTRY_VERIFY(!form.isOpen());
         QCOMPARE(m_sent.count(), 1);
     }

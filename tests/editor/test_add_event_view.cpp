@@ -183,7 +183,6 @@ void TestAddEventView::aFilledFieldShowsItsBeginning()
         QVERIFY2(begins(), qPrintable(name));
         field->setFocus(Qt::TabFocusReason);
         QVERIFY2(begins(), qPrintable(name));
-        QCOMPARE(field->selectedText(), field->text());
     }
 }
 
