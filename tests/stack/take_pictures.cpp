@@ -26,8 +26,6 @@ using namespace MembersWindow;
 
 namespace {
 
-constexpr int belowSheet = 24; // of its shadow, where a sheet hangs below its window
-
 const QString email = u"camille@morvelle.example"_s;
 const QString password = u"un mot de passe"_s;
 
@@ -58,24 +56,14 @@ public:
     {
     }
 
-    /// The window, and over it whatever hangs from it.
-    void take(const char *view, QWidget *window, const QList<QWidget *> &over = {}) const
+    /// The window with its sheet, and the popup that hangs from it.
+    void take(const char *view, QWidget *window, QWidget *popup = nullptr) const
     {
-        const QPoint origin = window->geometry().topLeft();
-        int height = window->height();
-        for (const QWidget *widget : over) {
-            if (const auto *hanging = qobject_cast<const Sheet *>(widget))
-                height = std::max(height, hanging->card().bottom() + belowSheet);
+        QPixmap picture = window->grab();
+        if (popup) {
+            const QPoint place = popup->geometry().topLeft() - window->geometry().topLeft();
+            QPainter(&picture).drawPixmap(place, popup->grab());
         }
-        const qreal ratio = window->devicePixelRatioF();
-        QPixmap picture(QSize(window->width(), height) * ratio);
-        picture.setDevicePixelRatio(ratio);
-        picture.fill(Qt::transparent);
-        QPainter painter(&picture);
-        painter.drawPixmap(0, 0, window->grab());
-        for (QWidget *widget : over)
-            painter.drawPixmap(widget->geometry().topLeft() - origin, widget->grab());
-        painter.end();
         const QString file =
             u"%1/%2-%3%4.png"_s.arg(m_folder, QLatin1StringView(view), m_scheme, m_suffix);
         if (!picture.save(file))
@@ -125,7 +113,8 @@ void takeSignedOut(const Album &album, ContentView *window)
     bar->setValue(0);
 
     QTest::mouseClick(firstRow(window), Qt::LeftButton);
-    album.take("detail", window, {openSheet(window)});
+    openSheet(window);
+    album.take("detail", window);
     sheet(window)->close();
 
     QTest::mouseClick(named(window, u"Passés"_s), Qt::LeftButton);
@@ -142,7 +131,7 @@ void takeSigningIn(const Album &album, ContentView *window)
     type(form, u"Mot de passe"_s, password);
     QTest::mouseClick(createAccount(form), Qt::LeftButton);
     awaitRefusal(form);
-    album.take("sign-up", window, {form});
+    album.take("sign-up", window);
     click(form, u"Annuler"_s);
 
     click(window, u"Ajouter un compte"_s);
@@ -150,13 +139,13 @@ void takeSigningIn(const Album &album, ContentView *window)
     await("the focus", [form] { return field(form, u"Email"_s)->hasFocus(); });
     click(form, u"Connexion"_s);
     field(form, u"Email"_s)->setFocus(Qt::TabFocusReason);
-    album.take("sign-in", window, {form});
+    album.take("sign-in", window);
     type(form, u"Email"_s, email);
     type(form, u"Mot de passe"_s, u"not it"_s);
     click(form, u"Se connecter"_s);
     awaitRefusal(form);
     field(form, u"Mot de passe"_s)->setFocus(Qt::TabFocusReason);
-    album.take("sign-in-error", window, {form});
+    album.take("sign-in-error", window);
     type(form, u"Mot de passe"_s, password);
     click(form, u"Se connecter"_s);
     await("the session", [window] { return button(window, u"Ajouter un événement"_s) != nullptr; });
@@ -166,12 +155,12 @@ void takeForm(const Album &album, ContentView *window)
 {
     click(window, u"Ajouter un événement"_s);
     Sheet *form = openSheet(window);
-    album.take("form", window, {form});
+    album.take("form", window);
 
     const auto labels = form->findChildren<PopupLabel *>();
     QTest::mouseClick(labels.first(), Qt::LeftButton);
     QWidget *menu = QApplication::activePopupWidget();
-    album.take("form-tag-menu", window, {form, menu});
+    album.take("form-tag-menu", window, menu);
     menu->close();
 
     // An organiser of one's own, and a title that the service takes for too long.
@@ -183,7 +172,7 @@ void takeForm(const Album &album, ContentView *window)
     type(form, u"Titre"_s, QString(201, u'a'));
     click(form, u"Créer"_s);
     awaitRefusal(form);
-    album.take("form-error", window, {form});
+    album.take("form-error", window);
     click(form, u"Annuler"_s);
 }
 
@@ -191,7 +180,7 @@ void takeSignedIn(const Album &album, ContentView *window)
 {
     album.take("window-signed-in", window);
     click(window, u"Compte"_s);
-    album.take("account-menu", window, {accountMenu(window)});
+    album.take("account-menu", window, accountMenu(window));
     accountMenu(window)->close();
 
     takeForm(album, window);
@@ -203,7 +192,8 @@ void takeSignedIn(const Album &album, ContentView *window)
             break;
         }
     }
-    album.take("delete", window, {openSheet(window)});
+    openSheet(window);
+    album.take("delete", window);
     sheet(window)->close();
 }
 

@@ -34,6 +34,7 @@ enum class Role : uint {
 enum class State : uint {
     Active = 1,
     Focused = 12,
+    Modal = 16,
     Selected = 23,
     Showing = 25,
 };
