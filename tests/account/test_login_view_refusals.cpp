@@ -198,7 +198,7 @@ private Q_SLOTS:
         form.primary()->setFocus(Qt::TabFocusReason);
         QTest::keyClick(form.primary(), Qt::Key_Space);
         // Nothing else is pressed by an impatient key meanwhile.
-        QTest::keyClick(form.view->windowHandle(), Qt::Key_Space);
+        QTest::keyClick(form.window.windowHandle(), Qt::Key_Space);
         QVERIFY(form.isOpen());
         QTRY_COMPARE(form.shownError(), refusal);
         QVERIFY(form.primary()->hasFocus());
