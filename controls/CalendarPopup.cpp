@@ -2,20 +2,15 @@
 
 #include "controls/IconButton.h"
 #include "controls/PopupCard.h"
-#include "controls/PopupPlacement.h"
 #include "controls/TextLabel.h"
 #include "look/Colors.h"
-#include "look/Compositing.h"
 #include "look/Fonts.h"
 #include "look/Painting.h"
 
 #include <QCalendarWidget>
 #include <QHBoxLayout>
 #include <QHeaderView>
-#include <QKeyEvent>
-#include <QMouseEvent>
 #include <QPainter>
-#include <QScreen>
 #include <QTableView>
 #include <QTextCharFormat>
 #include <QVBoxLayout>
@@ -89,13 +84,11 @@ protected:
 };
 
 CalendarPopup::CalendarPopup(QWidget *anchor, const QLocale &locale)
-    : QWidget(anchor, Qt::Popup | Qt::FramelessWindowHint | Qt::NoDropShadowWindowHint)
-    , m_anchor(anchor)
-    , m_isComposited(isComposited())
+    : QWidget(anchor, Qt::Popup)
+    , m_card(new PopupCard(this, anchor, PopupAlignment::Left, gapToAnchor))
     , m_title(new TextLabel({}, appFont(13, QFont::DemiBold), primaryText, this))
     , m_month(new MonthView(locale, this))
 {
-    setAttribute(Qt::WA_TranslucentBackground, m_isComposited);
     setLocale(locale);
     setAccessibleName(u"Calendrier"_s);
     auto *previous = new IconButton(Symbol::ChevronLeft, u"Mois précédent"_s, secondaryText, this);
@@ -112,8 +105,7 @@ CalendarPopup::CalendarPopup(QWidget *anchor, const QLocale &locale)
     heading->addWidget(previous);
     heading->addWidget(next);
     auto *column = new QVBoxLayout(this);
-    column->setContentsMargins(popupMargins(m_isComposited)
-                               + QMargins(padding, padding, padding, padding));
+    column->setContentsMargins(m_card->margins() + QMargins(padding, padding, padding, padding));
     column->setSpacing(spacing);
     column->addLayout(heading);
     column->addWidget(m_month);
@@ -125,11 +117,7 @@ void CalendarPopup::open(QDate day)
     m_month->setSelectedDate(day);
     m_month->setCurrentPage(day.year(), day.month());
     showMonth(day.year(), day.month());
-    const QMargins margins = popupMargins(m_isComposited);
-    const QRect anchor(m_anchor->mapToGlobal(QPoint()), m_anchor->size());
-    setGeometry(popupPlace(anchor, sizeHint().shrunkBy(margins), PopupAlignment::Left, gapToAnchor,
-                           m_anchor->screen()->availableGeometry())
-                    .marginsAdded(margins));
+    setGeometry(m_card->placeOfWindow(sizeHint()));
     show();
     m_month->setFocus(Qt::PopupFocusReason);
 }
@@ -141,30 +129,10 @@ void CalendarPopup::changeEvent(QEvent *event)
         m_month->updateColors();
 }
 
-void CalendarPopup::keyPressEvent(QKeyEvent *event)
-{
-    if (event->matches(QKeySequence::Cancel))
-        close();
-    else
-        QWidget::keyPressEvent(event);
-}
-
-void CalendarPopup::mousePressEvent(QMouseEvent *event)
-{
-    // A press on what opened the calendar closes it; passed on, it would open it again.
-    const QPoint at = event->globalPosition().toPoint();
-    if (m_anchor->rect().contains(m_anchor->mapFromGlobal(at)))
-        setAttribute(Qt::WA_NoMouseReplay);
-    // What lies between the card and the end of its shadow is not the calendar for anybody.
-    const QRect card = rect().marginsRemoved(popupMargins(m_isComposited));
-    if (!card.contains(event->position().toPoint()))
-        close();
-}
-
 void CalendarPopup::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
-    paintPopupCard(painter, rect(), palette(), m_isComposited);
+    m_card->paint(painter);
 }
 
 void CalendarPopup::choose(QDate day)

@@ -4,6 +4,7 @@
 #include <QWidget>
 
 class MonthView;
+class PopupCard;
 class TextLabel;
 
 /// The days of a month to choose one from, dropped from a field. The arrows go from day to day, the
@@ -22,16 +23,13 @@ Q_SIGNALS:
 
 protected:
     void changeEvent(QEvent *event) override;
-    void keyPressEvent(QKeyEvent *event) override;
-    void mousePressEvent(QMouseEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 
 private:
     void choose(QDate day);
     void showMonth(int year, int month);
 
-    QWidget *m_anchor;
-    bool m_isComposited;
+    PopupCard *m_card;
     TextLabel *m_title;
     MonthView *m_month;
 };

@@ -2,13 +2,8 @@
 
 #include "controls/MenuStyle.h"
 #include "controls/PopupCard.h"
-#include "controls/PopupPlacement.h"
-#include "look/Compositing.h"
 #include "look/Fonts.h"
 #include "look/PressKeys.h"
-
-#include <QMouseEvent>
-#include <QScreen>
 
 #include <algorithm>
 
@@ -28,16 +23,13 @@ QString withAmpersands(QString text)
 Menu::Menu(QWidget *anchor)
     : QMenu(anchor)
     , m_anchor(anchor)
-    , m_isComposited(isComposited())
+    , m_card(new PopupCard(this, anchor, PopupAlignment::Left, gapToAnchor))
 {
-    auto *ownStyle = new MenuStyle(m_isComposited);
+    auto *ownStyle = new MenuStyle(m_card->isComposited());
     ownStyle->setParent(this);
     setStyle(ownStyle);
     setFont(appFont(13));
-    setAttribute(Qt::WA_TranslucentBackground, m_isComposited);
-    setWindowFlag(Qt::FramelessWindowHint);
-    setWindowFlag(Qt::NoDropShadowWindowHint);
-    setContentsMargins(popupMargins(m_isComposited));
+    setContentsMargins(m_card->margins());
     pressOnce(this);
 }
 
@@ -68,9 +60,9 @@ void Menu::addItems(const QList<MenuItem> &items)
 
 void Menu::open(OpenedBy by)
 {
-    const QMargins margins = popupMargins(m_isComposited);
+    const QMargins margins = m_card->margins();
     setMinimumWidth(m_anchor->width() + margins.left() + margins.right());
-    popup(placeOfCard().topLeft());
+    popup(m_card->placeOfCard(sizeHint()).topLeft());
     if (by == OpenedBy::Mouse)
         return;
     const auto items = actions();
@@ -80,32 +72,9 @@ void Menu::open(OpenedBy by)
         setActiveAction(checked == items.end() ? items.first() : *checked);
 }
 
-void Menu::mousePressEvent(QMouseEvent *event)
-{
-    const QPoint at = event->globalPosition().toPoint();
-    // A press on what opened the menu closes it; passed on, it would open it again.
-    if (m_anchor->rect().contains(m_anchor->mapFromGlobal(at)))
-        setAttribute(Qt::WA_NoMouseReplay);
-    // What lies between the card and the end of its shadow is not the menu for anybody.
-    const QRect card = rect().marginsRemoved(popupMargins(m_isComposited));
-    if (rect().contains(event->position().toPoint()) && !card.contains(event->position().toPoint()))
-        hide();
-    else
-        QMenu::mousePressEvent(event);
-}
-
 void Menu::showEvent(QShowEvent *event)
 {
     // The toolkit keeps the shadow on the screen as well, which moves the card away from the edge.
-    move(placeOfCard().topLeft()
-         - QPoint(popupMargins(m_isComposited).left(), popupMargins(m_isComposited).top()));
+    move(m_card->placeOfWindow(sizeHint()).topLeft());
     QMenu::showEvent(event);
-}
-
-QRect Menu::placeOfCard() const
-{
-    const QRect anchor(m_anchor->mapToGlobal(QPoint()), m_anchor->size());
-    const QSize card = sizeHint().shrunkBy(popupMargins(m_isComposited));
-    return popupPlace(anchor, card, PopupAlignment::Left, gapToAnchor,
-                      m_anchor->screen()->availableGeometry());
 }

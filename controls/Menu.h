@@ -2,6 +2,8 @@
 
 #include <QMenu>
 
+class PopupCard;
+
 /// One entry of a Menu, its text as it is shown ("&" too).
 struct MenuItem {
     QString text;
@@ -30,13 +32,11 @@ Q_SIGNALS:
     void chosen(int index); ///< the menu is closed already
 
 protected:
-    void mousePressEvent(QMouseEvent *event) override;
     void showEvent(QShowEvent *event) override;
 
 private:
     void addItems(const QList<MenuItem> &items);
-    QRect placeOfCard() const;
 
     QWidget *m_anchor;
-    bool m_isComposited;
+    PopupCard *m_card;
 };

@@ -1,17 +1,12 @@
 #include "controls/Popover.h"
 
 #include "controls/PopupCard.h"
-#include "controls/PopupPlacement.h"
 #include "look/Accessibility.h"
 #include "look/Colors.h"
-#include "look/Compositing.h"
 #include "look/KeyboardFocus.h"
 
 #include <QGuiApplication>
-#include <QKeyEvent>
-#include <QMouseEvent>
 #include <QPainter>
-#include <QScreen>
 #include <QVBoxLayout>
 #include <QWindow>
 
@@ -23,14 +18,6 @@ namespace {
 constexpr int cardWidth = 220;
 constexpr int padding = 12;
 constexpr int gap = 6;
-
-/// Whether the person came to a control by keyboard and sees its ring.
-bool isReachedByKeyboard(const QWidget *widget)
-{
-    const auto watchers = widget->findChildren<KeyboardFocus *>(Qt::FindDirectChildrenOnly);
-    return std::any_of(watchers.begin(), watchers.end(),
-                       [](const KeyboardFocus *focus) { return focus->isVisible(); });
-}
 
 QWidget *firstOnTabsWay(const QWidget *window)
 {
@@ -45,18 +32,16 @@ QWidget *firstOnTabsWay(const QWidget *window)
 } // namespace
 
 Popover::Popover(QWidget *anchor)
-    : QWidget(anchor, Qt::Popup | Qt::FramelessWindowHint | Qt::NoDropShadowWindowHint)
+    : QWidget(anchor, Qt::Popup)
     , m_anchor(anchor)
-    , m_composited(isComposited())
+    , m_card(new PopupCard(this, anchor, PopupAlignment::Right, gap))
     , m_column(new QVBoxLayout(this))
 {
-    setAttribute(Qt::WA_TranslucentBackground, m_composited);
     // A click on the anchor would open it again.
     setAttribute(Qt::WA_NoMouseReplay);
     setAccessibleName(anchor->accessibleName());
     setAccessibleRole(this, QAccessible::Dialog);
-    m_column->setContentsMargins(popupMargins(m_composited)
-                                 + QMargins(padding, padding, padding, padding));
+    m_column->setContentsMargins(m_card->margins() + QMargins(padding, padding, padding, padding));
     m_column->setSizeConstraint(QLayout::SetNoConstraint);
 }
 
@@ -75,14 +60,14 @@ void Popover::open()
 {
     m_isOpen = true;
     place();
-    if (isReachedByKeyboard(m_anchor))
+    if (KeyboardFocus::isVisibleOn(m_anchor))
         giveFocus();
     show();
 }
 
 QRect Popover::card() const
 {
-    return rect().marginsRemoved(popupMargins(m_composited));
+    return m_card->rect();
 }
 
 bool Popover::event(QEvent *event)
@@ -107,21 +92,6 @@ void Popover::hideEvent(QHideEvent *event)
     Q_EMIT closed();
 }
 
-void Popover::keyPressEvent(QKeyEvent *event)
-{
-    if (event->matches(QKeySequence::Cancel))
-        close();
-    else
-        QWidget::keyPressEvent(event);
-}
-
-void Popover::mousePressEvent(QMouseEvent *event)
-{
-    event->accept();
-    if (!card().contains(event->position().toPoint()))
-        close();
-}
-
 void Popover::paintEvent(QPaintEvent *event)
 {
     QPainter painter(this);
@@ -129,12 +99,12 @@ void Popover::paintEvent(QPaintEvent *event)
     if (m_column->contentsRect().contains(event->rect()))
         painter.fillRect(event->rect(), popupColor(palette()));
     else
-        paintPopupCard(painter, rect(), palette(), m_composited);
+        m_card->paint(painter);
 }
 
 QSize Popover::naturalSize() const
 {
-    const QMargins margins = popupMargins(m_composited);
+    const QMargins margins = m_card->margins();
     const int width = std::max(cardWidth + margins.left() + margins.right(),
                                m_column->totalMinimumSize().width());
     const int height = m_column->hasHeightForWidth() ? m_column->totalHeightForWidth(width)
@@ -144,12 +114,7 @@ QSize Popover::naturalSize() const
 
 void Popover::place()
 {
-    const QMargins margins = popupMargins(m_composited);
-    const QRect anchor(m_anchor->mapToGlobal(QPoint()), m_anchor->size());
-    const QSize size = naturalSize().shrunkBy(margins);
-    const QRect card = popupPlace(anchor, size, PopupAlignment::Right, gap,
-                                  m_anchor->screen()->availableGeometry());
-    setGeometry(card.marginsAdded(margins));
+    setGeometry(m_card->placeOfWindow(naturalSize()));
 }
 
 void Popover::giveFocus()

@@ -2,6 +2,7 @@
 
 #include <QWidget>
 
+class PopupCard;
 class QVBoxLayout;
 
 /// A card that hangs from a control, its anchor: below it, above it where the screen ends, right
@@ -27,8 +28,6 @@ Q_SIGNALS:
 protected:
     bool event(QEvent *event) override;
     void hideEvent(QHideEvent *event) override;
-    void keyPressEvent(QKeyEvent *event) override;
-    void mousePressEvent(QMouseEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 
 private:
@@ -37,7 +36,7 @@ private:
     void giveFocus();
 
     QWidget *m_anchor;
-    bool m_composited;
+    PopupCard *m_card;
     bool m_isOpen = false;
     QWidget *m_content = nullptr;
     QVBoxLayout *m_column;

@@ -10,7 +10,6 @@ public:
     /// Of a text of more than `most` code units the beginning is shown, and a mark for the rest.
     explicit ShownText(const QString &whole = {}, qsizetype most = mostShown);
 
-    const QString &whole() const { return m_whole; }
     /// To be given to the field: bounded, its line breaks all "\n".
     const QString &shown() const { return m_shown; }
 

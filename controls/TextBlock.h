@@ -21,7 +21,6 @@ public:
 
     int width() const { return m_width; } ///< -1 before the first layout
     int height() const { return m_height; } ///< of the lines; an empty text has one line
-    int lineCount() const { return m_lineCount; }
     bool isCut() const { return m_cut; } ///< something is left out: it ends in an ellipsis
     int naturalWidth() const; ///< the width that takes the longest line whole
 

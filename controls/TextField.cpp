@@ -1,11 +1,10 @@
 #include "controls/TextField.h"
 
+#include "controls/EndOfComposition.h"
 #include "controls/FieldFrame.h"
 #include "look/Fonts.h"
 
 #include <QApplication>
-#include <QInputMethod>
-#include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QPointer>
@@ -52,6 +51,7 @@ TextField::TextField(const QString &prompt, QWidget *parent)
     setTextMargins(fieldPadding - ownMargin, 0, fieldPadding - ownMargin, 0);
     setFixedHeight(fieldHeight());
     addFieldRing(this);
+    new EndOfComposition(this);
 }
 
 QSize TextField::sizeHint() const
@@ -79,18 +79,10 @@ void TextField::initStyleOption(QStyleOptionFrame *option) const
     option->palette.setColor(QPalette::Base, Qt::transparent);
 }
 
-void TextField::inputMethodEvent(QInputMethodEvent *event)
-{
-    m_isComposing = !event->preeditString().isEmpty();
-    QLineEdit::inputMethodEvent(event);
-}
-
 void TextField::keyPressEvent(QKeyEvent *event)
 {
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
         event->accept();
-    else if (event->matches(QKeySequence::Cancel) && m_isComposing)
-        giveUpComposition();
     else
         QLineEdit::keyPressEvent(event);
 }
@@ -110,12 +102,4 @@ void TextField::resizeEvent(QResizeEvent *event)
     // As it was filled: the cursor stands after a text that fits, and before one that does not.
     if (!isModified() && !hasFocus() && fontMetrics().horizontalAdvance(text()) > room)
         home(false);
-}
-
-void TextField::giveUpComposition()
-{
-    QApplication::inputMethod()->reset();
-    // Not every input method answers with it.
-    QInputMethodEvent nothingComposed;
-    QApplication::sendEvent(this, &nothingComposed);
 }

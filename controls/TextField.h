@@ -19,13 +19,7 @@ public:
 protected:
     void focusInEvent(QFocusEvent *event) override;
     void initStyleOption(QStyleOptionFrame *option) const override;
-    void inputMethodEvent(QInputMethodEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
-
-private:
-    void giveUpComposition();
-
-    bool m_isComposing = false;
 };

@@ -1,11 +1,8 @@
 #include "controls/TextLabel.h"
 
-#include "look/Accessibility.h"
 #include "look/Fonts.h"
-#include "look/Painting.h"
 
-#include <QEvent>
-#include <QPainter>
+#include <algorithm>
 
 namespace {
 
@@ -19,26 +16,13 @@ TextLabel::TextLabel(QWidget *parent)
 }
 
 TextLabel::TextLabel(const QString &text, const QFont &font, ColorRole color, QWidget *parent)
-    : QWidget(parent)
-    , m_text(text)
-    , m_color(color)
-    , m_block(text, font)
+    : BlockLabel(font, color, parent)
 {
     QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Preferred);
     policy.setHeightForWidth(true);
     setSizePolicy(policy);
     setFont(font);
-    setAccessibleRole(this, QAccessible::StaticText);
-    setAccessibleName(text);
-}
-
-void TextLabel::setText(const QString &text)
-{
-    if (text == m_text)
-        return;
-    m_text = text;
-    setAccessibleName(text);
-    rebuild();
+    setText(text);
 }
 
 void TextLabel::setMaximumLines(int lines)
@@ -47,70 +31,24 @@ void TextLabel::setMaximumLines(int lines)
     rebuild();
 }
 
-void TextLabel::setColor(ColorRole color)
-{
-    m_color = color;
-    update();
-}
-
 void TextLabel::setAlignment(Qt::Alignment alignment)
 {
     m_alignment = alignment & Qt::AlignHorizontal_Mask;
     rebuild();
 }
 
-bool TextLabel::hasHeightForWidth() const
-{
-    return true;
-}
-
-int TextLabel::heightForWidth(int width) const
-{
-    m_block.layOut(width);
-    return m_block.height();
-}
-
 QSize TextLabel::sizeHint() const
 {
-    const int width = std::min(m_block.naturalWidth(), widestHint);
+    const int width = std::min(naturalWidth(), widestHint);
     return {width, heightForWidth(width)};
 }
 
 QSize TextLabel::minimumSizeHint() const
 {
-    return {std::min(m_block.naturalWidth(), 2 * fontMetrics().height()), lineHeight(font())};
+    return {std::min(naturalWidth(), 2 * fontMetrics().height()), lineHeight(font())};
 }
 
-void TextLabel::changeEvent(QEvent *event)
+TextBlock TextLabel::block() const
 {
-    if (event->type() == QEvent::FontChange)
-        rebuild();
-    QWidget::changeEvent(event);
-}
-
-void TextLabel::paintEvent(QPaintEvent *)
-{
-    m_block.layOut(width());
-    QPainter painter(this);
-    m_block.paint(painter, {}, m_color(palette()));
-}
-
-void TextLabel::resizeEvent(QResizeEvent *)
-{
-    layOut();
-}
-
-void TextLabel::rebuild()
-{
-    m_block = TextBlock(m_text, font(), m_maximumLines, m_alignment);
-    if (testAttribute(Qt::WA_Resized) || isVisible())
-        layOut(); // else once it has a size
-    updateGeometry();
-    update();
-}
-
-void TextLabel::layOut()
-{
-    m_block.layOut(width());
-    setPlainToolTip(this, m_block.isCut() ? m_text : QString());
+    return {text(), font(), m_maximumLines, m_alignment};
 }

@@ -22,6 +22,13 @@ KeyboardFocus::KeyboardFocus(QWidget *widget, Shown shown)
     widget->installEventFilter(this);
 }
 
+bool KeyboardFocus::isVisibleOn(const QWidget *widget)
+{
+    const auto watchers = watchersOf(widget);
+    return std::any_of(watchers.begin(), watchers.end(),
+                       [](const auto *focus) { return focus->m_visible; });
+}
+
 void KeyboardFocus::handOver(const QWidget *from, QWidget *to)
 {
     const auto watchers = watchersOf(from);

@@ -17,6 +17,8 @@ public:
     explicit KeyboardFocus(QWidget *widget, Shown shown = Shown::ByKeyboard);
 
     bool isVisible() const { return m_visible; }
+    /// Whether the person came to `widget` by keyboard and sees its ring.
+    static bool isVisibleOn(const QWidget *widget);
 
     /// Gives a widget the focus with its ring shown, also before its window is in front: for what
     /// is focused when a sheet opens.
