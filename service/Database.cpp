@@ -2,6 +2,8 @@
 
 #include <libpq-fe.h>
 
+#include <cstddef>
+
 namespace {
 
 std::optional<std::string> field(const PGresult *result, int code)
@@ -38,11 +40,6 @@ std::string Rows::text(int row, int column) const
 {
     return std::string(PQgetvalue(m_result.get(), row, column),
                        static_cast<std::size_t>(PQgetlength(m_result.get(), row, column)));
-}
-
-bool Rows::isNull(int row, int column) const
-{
-    return PQgetisnull(m_result.get(), row, column) != 0;
 }
 
 Connection::Connection(const std::string &connectionText)

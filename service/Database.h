@@ -4,6 +4,7 @@
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 struct pg_conn;
@@ -35,7 +36,6 @@ public:
     int count() const;
     /// The text of a field, empty for NULL.
     std::string text(int row, int column) const;
-    bool isNull(int row, int column) const;
 
 private:
     friend class Connection;
