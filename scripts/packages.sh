@@ -2,8 +2,10 @@
 # Usage: install_packages GROUP...
 
 install_packages() {
-    local group name wanted=() missing
-    while read -r group name; do
+    local group name command wanted=() missing
+    while read -r group name command; do
+        # A program that is there need not come from the package.
+        [ -n "$command" ] && command -v "$command" >/dev/null && continue
         case " $* " in *" $group "*) wanted+=("$name") ;; esac
     done < <(grep -v '^#' "$root/packages.txt")
     mapfile -t missing < <(printf '%s\n' "${wanted[@]}" | sort \

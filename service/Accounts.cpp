@@ -89,10 +89,9 @@ void Accounts::changePassword(const std::string &accountId, const std::string &s
 void Accounts::changeData(const std::string &accountId, const std::string &data)
 {
     m_sessions.take()->run(
-        "update auth.users set updated_at = now(), raw_user_meta_data = coalesce("
-        "(select jsonb_object_agg(key, value) from "
-        "jsonb_each(coalesce(raw_user_meta_data, '{}') || $2::jsonb) "
-        "where value <> 'null'), '{}') where id = $1",
+        "update auth.users set updated_at = now(), raw_user_meta_data = "
+        "(coalesce(raw_user_meta_data, '{}') || $2::jsonb) "
+        "- array(select key from jsonb_each($2::jsonb) where value = 'null') where id = $1",
         {accountId, data});
 }
 

@@ -137,10 +137,9 @@ std::optional<long> rowCountFrom(const std::multimap<std::string, std::string> &
     const auto [stop, error] = std::from_chars(found->second.data(), end, count);
     if (error != std::errc() || stop != end)
         return std::nullopt;
-    if (count < 0) {
+    if (count < 0 && name == "limit") {
         throw restError(416, "PGRST103", "Requested range not satisfiable",
-                        (name == "limit" ? "Limit" : "Offset")
-                            + std::string(" should be greater than or equal to zero."));
+                        "Limit should be greater than or equal to zero.");
     }
-    return count;
+    return std::max(count, 0L);
 }

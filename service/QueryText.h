@@ -19,6 +19,7 @@ std::vector<std::string> columnNames(const std::string &columns);
 /// "starts_at.asc.nullslast,id", as what follows ORDER BY.
 std::string orderFrom(const std::string &order, const std::string &table);
 
-/// A number of rows; nothing when the text is no number. A negative one is refused.
+/// A number of rows; nothing when the text is no number. A negative limit is
+/// refused, a negative offset is none.
 std::optional<long> rowCountFrom(const std::multimap<std::string, std::string> &query,
                                  const std::string &name);
