@@ -10,3 +10,7 @@ struct LocalizedError : std::exception {
     /// The kind of failure only: a log has no business with what the service or a member wrote.
     const char *what() const noexcept override { return "LocalizedError"; }
 };
+
+/// What the person reads of the exception that is being handled, whatever it is: for a view's
+/// `catch (...)`, so that no error, expected or not, leaves the view busy for ever.
+QString currentFailure();

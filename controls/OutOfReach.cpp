@@ -5,6 +5,8 @@
 
 #include <QWidget>
 
+#include <utility>
+
 OutOfReach::OutOfReach(QWidget *sheet, QWidget *focusBefore)
     : m_sheet(sheet)
     , m_window(sheet->window())

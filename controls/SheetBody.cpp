@@ -8,6 +8,8 @@
 #include <QLayout>
 #include <QPainter>
 
+#include <algorithm>
+
 namespace {
 
 constexpr int hairlineHeight = 1;

@@ -32,22 +32,8 @@ struct Seen {
 class TestBackendAccount : public QObject {
     Q_OBJECT
 
-    std::unique_ptr<HttpServer> m_server;
-    std::unique_ptr<LocalBackend> m_backend;
+    std::unique_ptr<Visitor> m_visitor;
     QList<Seen> m_seen;
-
-    QString signedIn(const HttpAnswer &answer, bool isNew = false)
-    {
-        m_server->answer(answer);
-        return outcomeOf(isNew ? m_backend->signUp(u" A@b.fr"_s, u"mot de passe"_s)
-                               : m_backend->signIn(u" A@b.fr"_s, u"mot de passe"_s))
-            .failure();
-    }
-
-    std::optional<Credentials> remembered() const
-    {
-        return CredentialsStore::loadCredentials(m_backend->defaults);
-    }
 
     static Session session(const char *accessToken, const char *userId, const char *email)
     {
@@ -58,18 +44,18 @@ class TestBackendAccount : public QObject {
 private Q_SLOTS:
     void init()
     {
-        m_server = std::make_unique<HttpServer>();
-        m_backend = std::make_unique<LocalBackend>(Configuration{m_server->base(), u"clef"_s});
+        m_visitor = std::make_unique<Visitor>();
         m_seen.clear();
-        connect(&m_backend->center, &NotificationCenter::posted, m_backend.get(),
+        connect(&m_visitor->backend.center, &NotificationCenter::posted, &m_visitor->backend,
                 [this](const QString &name) {
-                    m_seen.append({name, m_backend->session(), remembered().has_value()});
+                    m_seen.append(
+                        {name, m_visitor->backend.session(), m_visitor->remembered().has_value()});
                 });
     }
 
     void everybodyStartsSignedOut()
     {
-        QCOMPARE(m_backend->session(), Session());
+        QCOMPARE(m_visitor->backend.session(), Session());
         QVERIFY(m_seen.isEmpty());
     }
 
@@ -85,9 +71,10 @@ private Q_SLOTS:
     {
         QFETCH(bool, isNew);
         QFETCH(QByteArray, target);
-        QCOMPARE(signedIn(HttpAnswer::whole(200, "{\"access_token\":\"t\"}"), isNew), QString());
-        QCOMPARE(m_server->requests().size(), 1);
-        const HttpRequest &request = m_server->requests().constFirst();
+        QCOMPARE(m_visitor->signedIn(HttpAnswer::whole(200, "{\"access_token\":\"t\"}"), isNew),
+                 QString());
+        QCOMPARE(m_visitor->server.requests().size(), 1);
+        const HttpRequest &request = m_visitor->server.requests().constFirst();
         QCOMPARE(request.method, "POST");
         QCOMPARE(request.target, target);
         QCOMPARE(request.header("apikey"), "clef");
@@ -101,9 +88,11 @@ private Q_SLOTS:
 
     void aMemberWhoSignsInAgainStillSendsNoToken()
     {
-        QCOMPARE(signedIn(HttpAnswer::whole(200, "{\"access_token\":\"t\"}")), QString());
-        QCOMPARE(signedIn(HttpAnswer::whole(200, "{\"access_token\":\"t\"}")), QString());
-        QVERIFY(m_server->requests().at(1).header("Authorization").isNull());
+        QCOMPARE(m_visitor->signedIn(HttpAnswer::whole(200, "{\"access_token\":\"t\"}")),
+                 QString());
+        QCOMPARE(m_visitor->signedIn(HttpAnswer::whole(200, "{\"access_token\":\"t\"}")),
+                 QString());
+        QVERIFY(m_visitor->server.requests().at(1).header("Authorization").isNull());
     }
 
     void aSuccessBeginsASession_data()
@@ -139,64 +128,69 @@ private Q_SLOTS:
         QFETCH(Session, begun);
         for (const bool isNew : {false, true}) {
             init();
-            QCOMPARE(signedIn(HttpAnswer::whole(200, body), isNew), QString());
-            QCOMPARE(m_backend->session(), begun);
+            QCOMPARE(m_visitor->signedIn(HttpAnswer::whole(200, body), isNew), QString());
+            QCOMPARE(m_visitor->backend.session(), begun);
             QCOMPARE(m_seen.size(), 1);
             QCOMPARE(m_seen.constFirst().name, u"SupabaseAuthChanged"_s);
             QCOMPARE(m_seen.constFirst().session, begun);
-            QCOMPARE(remembered(), (Credentials{u" A@b.fr"_s, u"mot de passe"_s}));
+            QCOMPARE(m_visitor->remembered(), (Credentials{u" A@b.fr"_s, u"mot de passe"_s}));
         }
     }
 
     void theRecordIsSavedAfterThePosting()
     {
-        QCOMPARE(signedIn(HttpAnswer::whole(200, "{\"access_token\":\"t\"}")), QString());
+        QCOMPARE(m_visitor->signedIn(HttpAnswer::whole(200, "{\"access_token\":\"t\"}")),
+                 QString());
         QVERIFY(!m_seen.constFirst().isRemembered);
-        QVERIFY(remembered());
+        QVERIFY(m_visitor->remembered());
     }
 
     void aSignInWithoutATokenSignsOut()
     {
-        QCOMPARE(signedIn(HttpAnswer::whole(200, "{\"access_token\":\"t\"}")), QString());
-        QCOMPARE(signedIn(HttpAnswer::whole(200, "{}")), QString());
-        QCOMPARE(m_backend->session(), (Session{std::nullopt, std::nullopt, u" A@b.fr"_s}));
+        QCOMPARE(m_visitor->signedIn(HttpAnswer::whole(200, "{\"access_token\":\"t\"}")),
+                 QString());
+        QCOMPARE(m_visitor->signedIn(HttpAnswer::whole(200, "{}")), QString());
+        QCOMPARE(m_visitor->backend.session(), (Session{std::nullopt, std::nullopt, u" A@b.fr"_s}));
         QCOMPARE(m_seen.size(), 2);
-        QVERIFY(remembered());
+        QVERIFY(m_visitor->remembered());
     }
 
     void aSignInWithoutATokenStillTakesTheUser()
     {
-        QCOMPARE(signedIn(HttpAnswer::whole(200, "{\"user\":{\"id\":\"u\",\"email\":\"e\"}}")),
+        QCOMPARE(m_visitor->signedIn(
+                     HttpAnswer::whole(200, "{\"user\":{\"id\":\"u\",\"email\":\"e\"}}")),
                  QString());
-        QCOMPARE(m_backend->session(), (Session{std::nullopt, u"u"_s, u"e"_s}));
+        QCOMPARE(m_visitor->backend.session(), (Session{std::nullopt, u"u"_s, u"e"_s}));
     }
 
     void aSignOutEndsTheSessionAndKeepsTheRecord()
     {
-        QCOMPARE(signedIn(HttpAnswer::whole(200, "{\"access_token\":\"t\"}")), QString());
+        QCOMPARE(m_visitor->signedIn(HttpAnswer::whole(200, "{\"access_token\":\"t\"}")),
+                 QString());
         m_seen.clear();
-        m_backend->signOut();
-        QCOMPARE(m_backend->session(), Session());
+        m_visitor->backend.signOut();
+        QCOMPARE(m_visitor->backend.session(), Session());
         QCOMPARE(m_seen.size(), 1);
         QCOMPARE(m_seen.constFirst().session, Session());
-        QVERIFY(remembered());
-        QCOMPARE(m_server->requests().size(), 1);
+        QVERIFY(m_visitor->remembered());
+        QCOMPARE(m_visitor->server.requests().size(), 1);
     }
 
     void aSignOutWhileSignedOutIsStillAnnounced()
     {
-        m_backend->signOut();
+        m_visitor->backend.signOut();
         QCOMPARE(m_seen.size(), 1);
         QCOMPARE(m_seen.constFirst().name, u"SupabaseAuthChanged"_s);
     }
 
     void forgettingTheRecordKeepsTheSession()
     {
-        QCOMPARE(signedIn(HttpAnswer::whole(200, "{\"access_token\":\"t\"}")), QString());
+        QCOMPARE(m_visitor->signedIn(HttpAnswer::whole(200, "{\"access_token\":\"t\"}")),
+                 QString());
         m_seen.clear();
-        m_backend->clearSavedCredentials();
-        QVERIFY(!remembered());
-        QCOMPARE(m_backend->session().accessToken, u"t"_s);
+        m_visitor->backend.clearSavedCredentials();
+        QVERIFY(!m_visitor->remembered());
+        QCOMPARE(m_visitor->backend.session().accessToken, u"t"_s);
         QCOMPARE(m_seen.size(), 1);
         QCOMPARE(m_seen.constFirst().name, u"SupabaseAuthChanged"_s);
         QVERIFY(!m_seen.constFirst().isRemembered);
@@ -204,13 +198,14 @@ private Q_SLOTS:
 
     void onceSignedInAMemberReadsWithTheToken()
     {
-        QCOMPARE(signedIn(HttpAnswer::whole(200, "{\"access_token\":\"jeton\"}")), QString());
-        m_server->answer(HttpAnswer::whole(200, "[]"));
-        QCOMPARE(outcomeOf(m_backend->fetchEvents()).failure(), QString());
-        QCOMPARE(m_server->requests().at(1).header("Authorization"), "Bearer jeton");
-        m_backend->signOut();
-        QCOMPARE(outcomeOf(m_backend->fetchEvents()).failure(), QString());
-        QCOMPARE(m_server->requests().at(2).header("Authorization"), "Bearer clef");
+        QCOMPARE(m_visitor->signedIn(HttpAnswer::whole(200, "{\"access_token\":\"jeton\"}")),
+                 QString());
+        m_visitor->server.answer(HttpAnswer::whole(200, "[]"));
+        QCOMPARE(outcomeOf(m_visitor->backend.fetchEvents()).failure(), QString());
+        QCOMPARE(m_visitor->server.requests().at(1).header("Authorization"), "Bearer jeton");
+        m_visitor->backend.signOut();
+        QCOMPARE(outcomeOf(m_visitor->backend.fetchEvents()).failure(), QString());
+        QCOMPARE(m_visitor->server.requests().at(2).header("Authorization"), "Bearer clef");
     }
 };
 

@@ -3,6 +3,7 @@
 #include "backend/AuthRequests.h"
 #include "backend/EventRequests.h"
 #include "backend/SupabaseError.h"
+#include "support/RequestParts.h"
 #include "support/Vectors.h"
 
 #include <QJsonDocument>
@@ -17,23 +18,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 using Headers = QList<std::pair<QByteArray, QByteArray>>;
-
-Session member()
-{
-    Session session;
-    session.accessToken = u"jeton"_s;
-    return session;
-}
-
-std::optional<SupabaseError> errorOf(const std::function<void()> &action)
-{
-    try {
-        action();
-    } catch (const SupabaseError &error) {
-        return error;
-    }
-    return std::nullopt;
-}
 
 } // namespace
 

@@ -46,13 +46,6 @@ const QList<std::pair<const char *, Sent>> allSent{{"create", Sent::create},
                                                    {"sign in", Sent::signIn},
                                                    {"sign up", Sent::signUp}};
 
-Limits impatient()
-{
-    Limits limits;
-    limits.silence = std::chrono::seconds(1);
-    return limits;
-}
-
 } // namespace
 
 class TestBackendOnce : public QObject {

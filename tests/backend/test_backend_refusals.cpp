@@ -26,51 +26,37 @@ constexpr auto confirm = R"({"id":"u","email":"a@b.fr","confirmation_sent_at":"x
 class TestBackendRefusals : public QObject {
     Q_OBJECT
 
-    std::unique_ptr<HttpServer> m_server;
-    std::unique_ptr<LocalBackend> m_backend;
+    std::unique_ptr<Visitor> m_visitor;
     QStringList m_seen;
-
-    QString signedIn(const HttpAnswer &answer, bool isNew = false)
-    {
-        m_server->answer(answer);
-        return outcomeOf(isNew ? m_backend->signUp(u" A@b.fr"_s, u"mot de passe"_s)
-                               : m_backend->signIn(u" A@b.fr"_s, u"mot de passe"_s))
-            .failure();
-    }
-
-    std::optional<Credentials> remembered() const
-    {
-        return CredentialsStore::loadCredentials(m_backend->defaults);
-    }
 
 private Q_SLOTS:
     void init()
     {
-        m_server = std::make_unique<HttpServer>();
-        m_backend = std::make_unique<LocalBackend>(Configuration{m_server->base(), u"clef"_s});
+        m_visitor = std::make_unique<Visitor>();
         m_seen.clear();
-        connect(&m_backend->center, &NotificationCenter::posted, m_backend.get(),
+        connect(&m_visitor->backend.center, &NotificationCenter::posted, &m_visitor->backend,
                 [this](const QString &name) { m_seen.append(name); });
     }
 
     void aSignUpThatWaitsForConfirmationChangesNothing()
     {
-        QCOMPARE(signedIn(HttpAnswer::whole(200, "{\"access_token\":\"t\"}")), QString());
-        m_backend->clearSavedCredentials();
+        QCOMPARE(m_visitor->signedIn(HttpAnswer::whole(200, "{\"access_token\":\"t\"}")),
+                 QString());
+        m_visitor->backend.clearSavedCredentials();
         m_seen.clear();
-        const Session before = m_backend->session();
+        const Session before = m_visitor->backend.session();
         for (const char *body :
              {confirm, "{}", "{\"access_token\":null,\"user\":{\"id\":\"u\"}}"}) {
-            m_server->answer(HttpAnswer::whole(200, body));
-            const auto outcome = outcomeOf(m_backend->signUp(u"a@b.fr"_s, u"p"_s));
+            m_visitor->server.answer(HttpAnswer::whole(200, body));
+            const auto outcome = outcomeOf(m_visitor->backend.signUp(u"a@b.fr"_s, u"p"_s));
             QCOMPARE(outcome.failure(),
                      u"Compte créé. Vérifiez votre email pour confirmer la connexion."_s);
             QVERIFY(outcome.errorAs<SupabaseError>() != nullptr);
             QCOMPARE(outcome.errorAs<SupabaseError>()->kind(), SupabaseError::Case::authError);
         }
-        QCOMPARE(m_backend->session(), before);
+        QCOMPARE(m_visitor->backend.session(), before);
         QVERIFY(m_seen.isEmpty());
-        QVERIFY(!remembered());
+        QVERIFY(!m_visitor->remembered());
     }
 
     void aRefusalSaysWhy_data()
@@ -110,15 +96,16 @@ private Q_SLOTS:
         for (const bool isNew : {false, true}) {
             init();
             const QString fallback = isNew ? u"Sign up failed."_s : u"Authentication failed."_s;
-            QCOMPARE(signedIn(HttpAnswer::whole(200, "{\"access_token\":\"t\"}")), QString());
-            m_backend->clearSavedCredentials();
+            QCOMPARE(m_visitor->signedIn(HttpAnswer::whole(200, "{\"access_token\":\"t\"}")),
+                     QString());
+            m_visitor->backend.clearSavedCredentials();
             m_seen.clear();
-            const Session before = m_backend->session();
-            QCOMPARE(signedIn(HttpAnswer::whole(status, body), isNew),
+            const Session before = m_visitor->backend.session();
+            QCOMPARE(m_visitor->signedIn(HttpAnswer::whole(status, body), isNew),
                      text.isEmpty() ? fallback : text);
-            QCOMPARE(m_backend->session(), before);
+            QCOMPARE(m_visitor->backend.session(), before);
             QVERIFY(m_seen.isEmpty());
-            QVERIFY(!remembered());
+            QVERIFY(!m_visitor->remembered());
         }
     }
 
@@ -141,27 +128,29 @@ private Q_SLOTS:
         QVERIFY(error != nullptr);
         for (const bool isNew : {false, true}) {
             init();
-            QCOMPARE(signedIn(HttpAnswer::whole(200, "{\"access_token\":\"t\"}")), QString());
+            QCOMPARE(m_visitor->signedIn(HttpAnswer::whole(200, "{\"access_token\":\"t\"}")),
+                     QString());
             m_seen.clear();
-            m_server->answer(HttpAnswer::whole(200, body));
-            const auto outcome = outcomeOf(isNew ? m_backend->signUp(u"x"_s, u"y"_s)
-                                                 : m_backend->signIn(u"x"_s, u"y"_s));
+            m_visitor->server.answer(HttpAnswer::whole(200, body));
+            const auto outcome = outcomeOf(isNew ? m_visitor->backend.signUp(u"x"_s, u"y"_s)
+                                                 : m_visitor->backend.signIn(u"x"_s, u"y"_s));
             QVERIFY(outcome.errorAs<UndecodableReply>() != nullptr);
             QCOMPARE(outcome.failure(), error->description);
-            QCOMPARE(m_backend->session().accessToken, u"t"_s);
+            QCOMPARE(m_visitor->backend.session().accessToken, u"t"_s);
             QVERIFY(m_seen.isEmpty());
-            QCOMPARE(remembered()->email, u" A@b.fr"_s);
+            QCOMPARE(m_visitor->remembered()->email, u" A@b.fr"_s);
         }
     }
 
     void aLostConnectionLeavesTheSession()
     {
-        QCOMPARE(signedIn(HttpAnswer::whole(200, "{\"access_token\":\"t\"}")), QString());
+        QCOMPARE(m_visitor->signedIn(HttpAnswer::whole(200, "{\"access_token\":\"t\"}")),
+                 QString());
         m_seen.clear();
-        m_server->answer(HttpAnswer::fin());
-        const auto outcome = outcomeOf(m_backend->signIn(u"x"_s, u"y"_s));
+        m_visitor->server.answer(HttpAnswer::fin());
+        const auto outcome = outcomeOf(m_visitor->backend.signIn(u"x"_s, u"y"_s));
         QVERIFY(outcome.errorAs<TransportError>() != nullptr);
-        QCOMPARE(m_backend->session().accessToken, u"t"_s);
+        QCOMPARE(m_visitor->backend.session().accessToken, u"t"_s);
         QVERIFY(m_seen.isEmpty());
     }
 

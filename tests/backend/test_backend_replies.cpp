@@ -20,20 +20,6 @@ constexpr auto rows = R"([{"id": "1", "titre": "Fête"}, {"id": "2", "titre": "B
 class TestBackendReplies : public QObject {
     Q_OBJECT
 
-    Outcome<QList<Event>> fetch(const QString &base, const Limits &limits = {})
-    {
-        LocalBackend backend({base, u"jeton-secret"_s}, limits);
-        auto outcome = outcomeOf(backend.fetchEvents());
-        return outcome;
-    }
-
-    Outcome<QList<Event>> fetchAnswered(const HttpAnswer &answer, const Limits &limits = {})
-    {
-        HttpServer server;
-        server.answer(answer);
-        return fetch(server.base(), limits);
-    }
-
 private Q_SLOTS:
     void aListIsReadInWhateverShapeItComes_data()
     {

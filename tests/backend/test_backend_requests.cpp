@@ -6,6 +6,7 @@
 #include "support/Await.h"
 #include "support/HttpServer.h"
 #include "support/LocalBackend.h"
+#include "support/RequestParts.h"
 #include "support/Vectors.h"
 
 #include <QTest>
@@ -36,23 +37,6 @@ HttpHeaders withoutTransport(const HttpHeaders &headers)
             rest.append(header);
     }
     return rest;
-}
-
-Session member()
-{
-    Session session;
-    session.accessToken = u"jeton"_s;
-    return session;
-}
-
-std::optional<SupabaseError> errorOf(const std::function<void()> &action)
-{
-    try {
-        action();
-    } catch (const SupabaseError &error) {
-        return error;
-    }
-    return std::nullopt;
 }
 
 } // namespace

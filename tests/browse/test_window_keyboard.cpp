@@ -4,6 +4,10 @@
 
 #include <QWindow>
 
+#include <algorithm>
+#include <memory>
+#include <utility>
+
 using namespace MembersWindow;
 using namespace WindowTest;
 

@@ -14,6 +14,8 @@
 #include <QWheelEvent>
 #include <QWindow>
 
+#include <memory>
+
 using namespace Qt::StringLiterals;
 
 namespace {
