@@ -31,9 +31,9 @@ int Accounts::secondsUntilMail(const std::string &accountId, MailKind kind, int 
 {
     const Rows rows =
         m_sessions.take()->run("select greatest(ceil(extract(epoch from " + columnsOf(kind).sentAt
-                                   + " - now()) + $2::int), 0)::int from auth.users where id = $1",
+                                   + " - now()) + $2::int), 0), 0)::int from auth.users where id = $1",
                                {accountId, std::to_string(pause)});
-    return rows.count() == 0 || rows.isNull(0, 0) ? 0 : std::stoi(rows.text(0, 0));
+    return rows.count() == 0 ? 0 : std::stoi(rows.text(0, 0));
 }
 
 void Accounts::expectAnswer(const std::string &accountId, MailKind kind, const std::string &token,
