@@ -3,6 +3,7 @@
 #include "app/ButtonStyles.h"
 #include "backend/LocalizedError.h"
 #include "backend/SupabaseClient.h"
+#include "backend/Unattended.h"
 #include "controls/ErrorText.h"
 #include "controls/SegmentedControl.h"
 #include "controls/TextField.h"
@@ -148,13 +149,13 @@ void LoginView::showEvent(QShowEvent *event)
 void LoginView::signIn()
 {
     begin();
-    const auto task = follow(SupabaseClient::signIn(m_state.email, m_state.password));
+    runUnattended(follow(SupabaseClient::signIn(m_state.email, m_state.password)));
 }
 
 void LoginView::signUp()
 {
     begin();
-    const auto task = follow(SupabaseClient::signUp(m_state.email, m_state.password));
+    runUnattended(follow(SupabaseClient::signUp(m_state.email, m_state.password)));
 }
 
 void LoginView::begin()
@@ -170,8 +171,8 @@ QCoro::Task<void> LoginView::follow(QCoro::Task<void> request)
     std::optional<QString> failure;
     try {
         co_await request;
-    } catch (const LocalizedError &error) {
-        failure = error.localizedDescription();
+    } catch (...) {
+        failure = currentFailure();
     }
     if (self && isVisible())
         finish(failure);

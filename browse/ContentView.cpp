@@ -3,6 +3,7 @@
 #include "account/AccountMenuView.h"
 #include "account/LoginView.h"
 #include "backend/SupabaseClient.h"
+#include "backend/Unattended.h"
 #include "browse/DeleteConfirmation.h"
 #include "browse/EventDetailView.h"
 #include "browse/EventList.h"
@@ -10,6 +11,7 @@
 #include "controls/ErrorText.h"
 #include "controls/Pane.h"
 #include "controls/Popover.h"
+#include "controls/Sheet.h"
 #include "controls/TabView.h"
 #include "editor/AddEventView.h"
 #include "look/KeyboardFocus.h"
@@ -21,6 +23,8 @@
 #include <QTimer>
 #include <QVBoxLayout>
 
+#include <initializer_list>
+#include <optional>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -43,7 +47,7 @@ std::optional<QString> idOf(const std::optional<Event> &event)
     return event ? std::optional(event->id) : std::nullopt;
 }
 
-/// The sheet of which there is but one.
+/// The sheet or menu of which there is but one.
 std::optional<QString> onlyOneIf(bool isAskedFor)
 {
     return isAskedFor ? std::optional(QString()) : std::nullopt;
@@ -155,10 +159,7 @@ void ContentView::showEvent(QShowEvent *event)
     // way, since to start the network takes about as long as to paint it.
     m_state.isLoading = true;
     render();
-    QTimer::singleShot(0, this, [this] {
-        // Runs on by itself, as all that is started below; nothing is thrown out of it.
-        const auto task = appear();
-    });
+    QTimer::singleShot(0, this, [this] { runUnattended(appear()); });
 }
 
 void ContentView::addShortcuts()
@@ -228,9 +229,8 @@ void ContentView::renderSheets()
         [this] {
             return new DeleteConfirmation(
                 [this] {
-                    if (m_state.eventToDelete) {
-                        const auto task = deleteEvent(*m_state.eventToDelete);
-                    }
+                    if (m_state.eventToDelete)
+                        runUnattended(deleteEvent(*m_state.eventToDelete));
                 },
                 this);
         },
@@ -239,20 +239,14 @@ void ContentView::renderSheets()
 
 void ContentView::renderAccountMenu()
 {
-    if (!m_state.isAccountMenuPresented) {
-        if (m_accountMenu) {
-            Popover *menu = std::exchange(m_accountMenu, nullptr);
-            menu->close();
-            menu->deleteLater();
-        }
-        return;
-    }
-    if (m_accountMenu)
-        return;
-    m_accountMenu = new Popover(m_header->accountButton());
-    connect(m_accountMenu, &Popover::closed, this, &ContentView::leaveAccountMenu);
-    m_accountMenu->setContent(makeAccountMenu());
-    m_accountMenu->open();
+    m_accountMenu.keep(
+        onlyOneIf(m_state.isAccountMenuPresented),
+        [this] {
+            auto *menu = new Popover(m_header->accountButton());
+            menu->setContent(makeAccountMenu());
+            return menu;
+        },
+        [this] { leaveAccountMenu(); });
 }
 
 QWidget *ContentView::makeAccountMenu()

@@ -3,7 +3,7 @@
 #include "account/AuthMode.h"
 #include "browse/EventOrder.h"
 #include "browse/Header.h"
-#include "browse/SheetSlot.h"
+#include "browse/Showing.h"
 #include "platform/Now.h"
 #include "platform/Worker.h"
 
@@ -18,6 +18,7 @@ class ErrorText;
 class EventList;
 class Pane;
 class Popover;
+class Sheet;
 class QStackedLayout;
 class TabView;
 
@@ -106,10 +107,10 @@ private:
     TabView *m_tabs;
     EventList *m_upcoming;
     EventList *m_past;
-    SheetSlot m_detail;
-    SheetSlot m_login;
-    SheetSlot m_add;
-    SheetSlot m_edit;
-    SheetSlot m_confirmation;
-    QPointer<Popover> m_accountMenu;
+    Showing<Sheet> m_detail;
+    Showing<Sheet> m_login;
+    Showing<Sheet> m_add;
+    Showing<Sheet> m_edit;
+    Showing<Sheet> m_confirmation;
+    Showing<Popover> m_accountMenu;
 };

@@ -3,9 +3,12 @@
 #include "account/CredentialsStore.h"
 #include "backend/LocalizedError.h"
 #include "backend/SupabaseClient.h"
+#include "backend/Unattended.h"
 #include "browse/ContentView.h"
 #include "controls/Popover.h"
 
+#include <memory>
+#include <optional>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -22,7 +25,7 @@ QCoro::Task<void> signInWithSavedCredentials()
     try {
         const QCoro::Task<void> signingIn = SupabaseClient::signIn(saved->email, saved->password);
         co_await signingIn;
-    } catch (const LocalizedError &) {
+    } catch (...) {
         // See above.
     }
 }
@@ -49,7 +52,7 @@ QCoro::Task<void> ContentView::appear()
 
 void ContentView::reload()
 {
-    const auto task = loadEvents();
+    runUnattended(loadEvents());
 }
 
 QCoro::Task<void> ContentView::reloadAfterSave(QPointer<ContentView> window)
@@ -71,8 +74,8 @@ QCoro::Task<void> ContentView::loadEvents()
     std::optional<QString> failure;
     try {
         fetched = co_await SupabaseClient::fetchEvents();
-    } catch (const LocalizedError &error) {
-        failure = error.localizedDescription();
+    } catch (...) {
+        failure = currentFailure();
     }
     if (!self)
         co_return;
@@ -114,8 +117,8 @@ QCoro::Task<void> ContentView::deleteEvent(Event event)
     try {
         const QCoro::Task<void> deleting = SupabaseClient::deleteEvent(event.id);
         co_await deleting;
-    } catch (const LocalizedError &error) {
-        failure = error.localizedDescription();
+    } catch (...) {
+        failure = currentFailure();
     }
     if (!self)
         co_return;
@@ -136,11 +139,11 @@ void ContentView::followSession()
     m_state.hasSavedCredentials = saved.has_value();
     m_state.savedEmail = saved ? std::optional(saved->email) : std::nullopt;
     render();
-    if (m_accountMenu)
-        m_accountMenu->setContent(makeAccountMenu());
+    if (Popover *menu = m_accountMenu.shown())
+        menu->setContent(makeAccountMenu());
 }
 
 void ContentView::connectAgain()
 {
-    const auto task = signInWithSavedCredentials();
+    runUnattended(signInWithSavedCredentials());
 }

@@ -3,12 +3,14 @@
 #include "app/ButtonStyles.h"
 #include "backend/LocalizedError.h"
 #include "backend/SupabaseClient.h"
+#include "backend/Unattended.h"
 #include "controls/ErrorText.h"
 #include "controls/TextLabel.h"
 #include "editor/EventFormBody.h"
 #include "look/Accessibility.h"
 #include "look/Fonts.h"
 
+#include <QDebug>
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 
@@ -98,10 +100,9 @@ void AddEventView::submit()
     std::optional<QString> existingId;
     if (m_existingEvent)
         existingId = id;
-    // Runs on by itself; nothing is thrown out of it.
-    const auto task = save(
-        this, existingId,
-        payloadOf(m_body->form(), id, SupabaseClient::session().userId, m_calendar), m_onCreated);
+    runUnattended(save(this, existingId,
+                       payloadOf(m_body->form(), id, SupabaseClient::session().userId, m_calendar),
+                       m_onCreated));
 }
 
 QCoro::Task<void> AddEventView::save(QPointer<AddEventView> view, std::optional<QString> existingId,
@@ -112,12 +113,17 @@ QCoro::Task<void> AddEventView::save(QPointer<AddEventView> view, std::optional<
         auto sending = existingId ? SupabaseClient::updateEvent(*existingId, payload)
                                   : SupabaseClient::createEvent(payload);
         co_await sending;
-    } catch (const LocalizedError &error) {
-        failure = error.localizedDescription();
+    } catch (...) {
+        failure = currentFailure();
     }
     if (!failure && onCreated) {
-        auto completion = onCreated();
-        co_await completion;
+        try {
+            auto completion = onCreated();
+            co_await completion;
+        } catch (...) {
+            // The event is saved all the same: to keep the form open would ask to save it again.
+            qWarning().noquote() << "After a save:" << currentFailure();
+        }
     }
     if (view)
         view->finish(failure);

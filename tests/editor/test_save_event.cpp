@@ -12,6 +12,8 @@
 #include <QSignalSpy>
 #include <QTextEdit>
 
+#include <stdexcept>
+
 using namespace Qt::StringLiterals;
 using namespace FormTest;
 
@@ -38,6 +40,7 @@ private Q_SLOTS:
 
     void theFormClosesAfterTheCompletion();
     void aFailureRunsNoCompletion();
+    void aCompletionThatFailsLeavesNoFormBusy();
     void pressingTwiceSendsOnce();
     void theFormStaysAliveWhileItSaves();
     void whatIsTypedWhileSavingIsNotSent();
@@ -96,6 +99,23 @@ void TestSaveEvent::aFailureRunsNoCompletion()
     const Form form;
     QCOMPARE(failure(form), u"HTTP 500: non"_s);
     QCOMPARE(form.created, 0);
+}
+
+void TestSaveEvent::aCompletionThatFailsLeavesNoFormBusy()
+{
+    struct Completion {
+        static QCoro::Task<void> run()
+        {
+            auto fetching = SupabaseClient::fetchEvents();
+            co_await fetching;
+            throw std::runtime_error("gone");
+        }
+    };
+    m_server.answerInTurn({written, HttpAnswer::whole(200, "[]")});
+    QTest::ignoreMessage(QtWarningMsg, "After a save: An unexpected error occurred (gone).");
+    const Form form({}, [] { return Completion::run(); });
+    QVERIFY(saves(form));
+    QCOMPARE(m_sent.count(), 2);
 }
 
 void TestSaveEvent::pressingTwiceSendsOnce()
