@@ -1,17 +1,19 @@
 #include "editor/PickedTime.h"
 
+#include "platform/Gmt.h"
+
 #include <QDateTime>
 
 namespace {
 
 QDateTime wallTime(Instant instant, const WallClock &clock)
 {
-    return QDateTime::fromMSecsSinceEpoch(clock.wallAt(instant).ms, Qt::UTC);
+    return QDateTime::fromMSecsSinceEpoch(clock.wallAt(instant).ms, inGmt);
 }
 
 Instant whenShown(QDate day, QTime time, const WallClock &clock)
 {
-    return clock.whenRunningOn({QDateTime(day, time, Qt::UTC).toMSecsSinceEpoch()});
+    return clock.whenRunningOn({QDateTime(day, time, inGmt).toMSecsSinceEpoch()});
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "model/EventCreatePayload.h"
 
+#include "platform/Gmt.h"
 #include "platform/JsonText.h"
 
 #include <QDateTime>
@@ -8,7 +9,7 @@ using namespace Qt::StringLiterals;
 
 QString EventCreatePayload::isoDateTime(Instant from, Instant time, const Calendar &calendar)
 {
-    const QDateTime joined = QDateTime::fromMSecsSinceEpoch(calendar.join(from, time).ms, Qt::UTC);
+    const QDateTime joined = QDateTime::fromMSecsSinceEpoch(calendar.join(from, time).ms, inGmt);
     // Not Qt's own ISO form, which gives nothing for years of five digits.
     return u"%1-%2"_s.arg(joined.date().year(), 4, 10, QLatin1Char('0'))
         .arg(joined.toString(u"MM-dd'T'HH:mm:ss'Z'"));

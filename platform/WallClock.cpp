@@ -1,5 +1,7 @@
 #include "platform/WallClock.h"
 
+#include "platform/Gmt.h"
+
 #include <QDateTime>
 
 namespace {
@@ -42,7 +44,7 @@ Instant WallClock::whenLanding(Wall wall) const
 
 qint64 WallClock::offsetAt(qint64 ms) const
 {
-    return m_zone.offsetFromUtc(QDateTime::fromMSecsSinceEpoch(ms, Qt::UTC)) * qint64(1'000);
+    return m_zone.offsetFromUtc(QDateTime::fromMSecsSinceEpoch(ms, inGmt)) * qint64(1'000);
 }
 
 // The clock is put forward or back at most once in two days, hence the offset of the day before or

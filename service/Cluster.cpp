@@ -35,10 +35,24 @@ fs::path programFolder()
     }
     while (told.ends_with('\n'))
         told.pop_back();
-    for (const fs::path &folder : {fs::path(told), fs::path("/usr/lib/postgresql/15/bin")}) {
-        if (!folder.empty() && access((folder / "initdb").c_str(), X_OK) == 0)
-            return folder;
+    const auto hasServer = [](const fs::path &folder) {
+        return access((folder / "initdb").c_str(), X_OK) == 0;
+    };
+    if (!told.empty() && hasServer(told))
+        return told;
+    // As Debian has it, one folder a version; the newest.
+    fs::path found;
+    int newest = 14;
+    std::error_code none;
+    for (const fs::directory_entry &entry : fs::directory_iterator("/usr/lib/postgresql", none)) {
+        const int version = std::atoi(entry.path().filename().c_str());
+        if (version > newest && hasServer(entry.path() / "bin")) {
+            newest = version;
+            found = entry.path() / "bin";
+        }
     }
+    if (!found.empty())
+        return found;
     throw StartFailure("PostgreSQL's server programs (initdb, postgres) are not installed");
 }
 

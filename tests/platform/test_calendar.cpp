@@ -1,4 +1,5 @@
 #include "platform/Calendar.h"
+#include "platform/Gmt.h"
 #include "support/Vectors.h"
 
 #include <QDateTime>
@@ -25,7 +26,7 @@ Instant gmt(const QString &text)
 
 QString written(Instant instant)
 {
-    return QDateTime::fromMSecsSinceEpoch(instant.ms, Qt::UTC).toString(Qt::ISODate);
+    return QDateTime::fromMSecsSinceEpoch(instant.ms, inGmt).toString(Qt::ISODate);
 }
 
 // No-break and narrow spaces count as spaces.

@@ -5,6 +5,7 @@
 #include "controls/Menu.h"
 #include "controls/PopupButton.h"
 #include "editor/AddEventView.h"
+#include "platform/Gmt.h"
 #include "support/Await.h"
 #include "support/HttpServer.h"
 #include "support/Sent.h"
@@ -48,7 +49,7 @@ inline Event fullEvent()
     event.contact_email = u"a@b.fr"_s;
     event.user_id = u"moi"_s;
     event.starts_at =
-        Instant{QDateTime(QDate(2026, 6, 14), QTime(16, 30, 20), Qt::UTC).toMSecsSinceEpoch()};
+        Instant{QDateTime(QDate(2026, 6, 14), QTime(16, 30, 20), inGmt).toMSecsSinceEpoch()};
     return event;
 }
 
