@@ -1,4 +1,4 @@
-#include "StandInCoreFoundation.h"
+#include "apple/StandInCoreFoundation.h"
 
 #include <CoreFoundation/CoreFoundation.h>
 
@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+using namespace Qt::StringLiterals;
 using StandInCoreFoundation::Value;
 
 namespace {
@@ -49,7 +50,7 @@ std::vector<std::unique_ptr<Object>> &bundlesOwn()
     return objects;
 }
 
-const Object application(QStringLiteral("the running application"));
+const Object application(u"the running application"_s);
 
 } // namespace
 

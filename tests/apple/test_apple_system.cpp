@@ -1,4 +1,4 @@
-#include "StandInCoreFoundation.h"
+#include "apple/StandInCoreFoundation.h"
 #include "backend/BundleDictionary.h"
 #include "platform/UserDefaults.h"
 
