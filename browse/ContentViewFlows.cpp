@@ -73,7 +73,8 @@ QCoro::Task<void> ContentView::loadEvents()
     QList<Event> fetched;
     std::optional<QString> failure;
     try {
-        fetched = co_await SupabaseClient::fetchEvents();
+        QCoro::Task<QList<Event>> fetching = SupabaseClient::fetchEvents();
+        fetched = co_await fetching;
     } catch (...) {
         failure = currentFailure();
     }

@@ -91,7 +91,7 @@ std::unique_ptr<UBreakIterator, BreakCloser> characterBreaks(QStringView text)
         ubrk_open(UBRK_CHARACTER, "", units(text), length(text), &status));
 }
 
-// Case-ignorable as the platform's other clients read it: marks, format characters, modifiers and
+// Case-ignorable as Foundation reads it: marks, format characters, modifiers and
 // the two apostrophes, but no other punctuation, so that x:y becomes X:Y.
 bool isCaseIgnorable(UChar32 c)
 {

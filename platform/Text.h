@@ -5,7 +5,7 @@
 #include <optional>
 
 /// `text` without white space and line breaks at both ends, code point by code point: it may leave
-/// a lone combining mark. White space here is what the service's other clients strip: U+200B,
+/// a lone combining mark. White space here is what Foundation strips: U+200B,
 /// U+0085 and U+00A0 among it, U+FEFF, U+180E and U+2060 not.
 QString trimmed(QStringView text);
 

@@ -10,7 +10,7 @@
 /// Parses `whole` as one JSON text of RFC 8259 and validates it to its end, also where nobody reads
 /// it. A byte-order mark of UTF-8 is skipped. Numbers of any size are valid, but only their being
 /// numbers is kept of them when one is beyond the range of a double or of 64 bits. Arrays and
-/// objects may be nested 512 deep, as deep as the service's other clients read them.
+/// objects may be nested 512 deep, as deep as Foundation reads them.
 ///
 /// The element lives as long as `parser` and its last call.
 simdjson::error_code parseWhole(simdjson::dom::parser &parser, const QByteArray &whole,
