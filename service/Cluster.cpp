@@ -13,6 +13,7 @@
 #include <libpq-fe.h>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <sys/stat.h>
 #include <sys/un.h>
 #include <thread>
@@ -76,14 +77,15 @@ bool waitsForPredecessor(const std::string &said)
         || said.find("lock file \"") != std::string::npos;
 }
 
-/// The first complaint after which PostgreSQL gave up.
+/// The complaint after which PostgreSQL gave up, or else the first of what it said.
 std::string reasonIn(const std::string &said)
 {
-    const auto start = std::min(said.find("FATAL:"), said.find("PANIC:"));
-    if (start == std::string::npos)
-        return "it does not say why";
-    const auto text = said.find_first_not_of(' ', start + 6);
-    return said.substr(text, said.find('\n', text) - text);
+    constexpr std::string_view mark = "FATAL:";
+    const auto fatal = std::min(said.find(mark), said.find("PANIC:"));
+    const auto start =
+        said.find_first_not_of(" \n", fatal == std::string::npos ? 0 : fatal + mark.size());
+    return start == std::string::npos ? "it does not say why"
+                                      : said.substr(start, said.find('\n', start) - start);
 }
 
 bool answers(const std::string &connection)
