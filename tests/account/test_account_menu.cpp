@@ -156,8 +156,9 @@ private Q_SLOTS:
                 Shown it(isSignedIn, true, {});
                 QTRY_COMPARE(schemeOf(it.menu.palette()), scheme);
                 const QColor expected = red(it.menu.palette());
-                QVERIFY(hasColor(*button(it.menu, forget), expected));
-                QVERIFY(!hasColor(*button(it.menu, isSignedIn ? logout : reconnect), expected));
+                QVERIFY(hasColor(picture(*button(it.menu, forget), 2), expected));
+                QVERIFY(!hasColor(picture(*button(it.menu, isSignedIn ? logout : reconnect), 2),
+                                  expected));
             }
         }
     }
@@ -211,19 +212,6 @@ private Q_SLOTS:
         QCOMPARE(popover.card().size(), QSize(220, 24));
         QTest::keyClick(&popover, Qt::Key_Escape);
         QVERIFY(!popover.isVisible());
-    }
-
-private:
-    static bool hasColor(QWidget &widget, const QColor &color)
-    {
-        const QImage image = picture(widget, 2);
-        for (int y = 0; y < image.height(); ++y) {
-            for (int x = 0; x < image.width(); ++x) {
-                if (alike(image.pixelColor(x, y), color))
-                    return true;
-            }
-        }
-        return false;
     }
 };
 

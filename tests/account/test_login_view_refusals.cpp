@@ -17,14 +17,6 @@ namespace {
 
 const QString creation = u"Créer un compte"_s;
 
-HttpAnswer refusing()
-{
-    return HttpAnswer::whole(
-        400, R"({"error":"invalid_grant","error_description":"Invalid login credentials"})");
-}
-
-const QString refusal = u"Invalid login credentials"_s;
-
 } // namespace
 
 class TestLoginViewRefusals : public QObject {
@@ -118,7 +110,7 @@ private Q_SLOTS:
             const LoginForm form;
             form.submit();
             QTRY_COMPARE(form.shownError(), refusal);
-            QVERIFY(hasColor(*form.error(), red(applicationPalette(scheme))));
+            QVERIFY(hasColor(picture(*form.error(), 2), red(applicationPalette(scheme))));
         }
     }
 
@@ -228,18 +220,6 @@ private Q_SLOTS:
     }
 
 private:
-    static bool hasColor(QWidget &widget, const QColor &color)
-    {
-        const QImage image = picture(widget, 2);
-        for (int y = 0; y < image.height(); ++y) {
-            for (int x = 0; x < image.width(); ++x) {
-                if (alike(image.pixelColor(x, y), color))
-                    return true;
-            }
-        }
-        return false;
-    }
-
     HttpServer &m_server;
     Sent m_sent{m_server};
 };

@@ -22,14 +22,6 @@ namespace {
 
 const QString creation = u"Créer un compte"_s;
 
-HttpAnswer refusing()
-{
-    return HttpAnswer::whole(
-        400, R"({"error":"invalid_grant","error_description":"Invalid login credentials"})");
-}
-
-const QString refusal = u"Invalid login credentials"_s;
-
 } // namespace
 
 class TestLoginViewRequests : public QObject {

@@ -35,17 +35,6 @@ QColor over(std::initializer_list<QColor> layers, QColor ground)
     return ground;
 }
 
-bool hasPixel(const QImage &image, const QColor &color)
-{
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x) {
-            if (alike(image.pixelColor(x, y), color))
-                return true;
-        }
-    }
-    return false;
-}
-
 template <typename Button>
 struct Shown {
     QWidget window;
@@ -122,7 +111,7 @@ private Q_SLOTS:
         COMPARE_COLORS(fillOf(*it.button), over({pressed}, ground));
         QTest::mouseRelease(it.button, Qt::LeftButton);
         COMPARE_COLORS(fillOf(*it.button), accent(m_palette));
-        QVERIFY(hasPixel(picture(*it.button, 4), Qt::white));
+        QVERIFY(hasColor(picture(*it.button, 4), Qt::white));
     }
 
     void aSecondaryButtonDarkensWhileItIsHeldAndKeepsItsLine()
@@ -142,7 +131,7 @@ private Q_SLOTS:
         COMPARE_COLORS(line(), over({black(0.12), black(0.08)}, base));
         QTest::mouseRelease(it.button, Qt::LeftButton);
         COMPARE_COLORS(fillOf(*it.button), over({black(0.06)}, base));
-        QVERIFY(hasPixel(picture(*it.button, 4), primaryText(m_palette)));
+        QVERIFY(hasColor(picture(*it.button, 4), primaryText(m_palette)));
     }
 
     void theCornersAreRound()
@@ -168,15 +157,15 @@ private Q_SLOTS:
         COMPARE_COLORS(fillOf(*it.button, 2), over({faded}, windowColor(m_palette)));
         const QColor label =
             over({QColor(255, 255, 255, qRound(0.45 * 255))}, windowColor(m_palette));
-        QVERIFY(hasPixel(picture(*it.button, 4), label));
+        QVERIFY(hasColor(picture(*it.button, 4), label));
     }
 
     void aDestructiveButtonIsWrittenInRed()
     {
         Shown<SecondaryButton> it(u"Supprimer"_s);
-        QVERIFY(!hasPixel(picture(*it.button, 4), red(m_palette)));
+        QVERIFY(!hasColor(picture(*it.button, 4), red(m_palette)));
         it.button->setDestructive(true);
-        QVERIFY(hasPixel(picture(*it.button, 4), red(m_palette)));
+        QVERIFY(hasColor(picture(*it.button, 4), red(m_palette)));
     }
 
     void aRingStandsClearOfAButtonReachedByKeyboard()

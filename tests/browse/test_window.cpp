@@ -6,7 +6,6 @@
 #include "support/WindowTest.h"
 
 #include <QApplication>
-#include <QScrollBar>
 
 #include <algorithm>
 #include <initializer_list>
@@ -15,7 +14,8 @@ using namespace Qt::StringLiterals;
 
 using namespace WindowTest;
 
-/// The main window against a loopback service.
+/// The main window against a loopback service. What loading again does is in
+/// test_window_reloading.cpp.
 class TestWindow : public QObject {
     Q_OBJECT
 
@@ -37,17 +37,6 @@ private Q_SLOTS:
     void aFailedLoadShowsTheReasonInPlaceOfTheList();
     void aFailureAfterASuccessHidesTheListUntilTheNextSuccess();
     void anUndecodableReplyIsToldWhole();
-    void f5AndCtrlRLoadAgain_data();
-    void f5AndCtrlRLoadAgain();
-    void aWindowHiddenAndShownAgainLoadsAgain();
-    void aWindowComingBackFromTheTaskBarDoesNot();
-    void ofOverlappingLoadsTheLaterToFinishIsShown();
-    void aReloadKeepsTheChosenTab();
-    void aReloadKeepsThePlaceInTheList();
-    void aReloadKeepsTheFocusOnItsRow();
-    void ofCrossingLoadsNothingOfTheEarlierListStays();
-    void aReloadKeepsTheFocusOnTheTabs();
-    void aReloadDoesNotTakeTheFocusBackFromWhereThePersonWent();
     void aWindowClosedWhileLoadingIsJustGone();
     void twoWindowsKeepTheirOwnTabs();
     void signedOutTheHeaderOffersAnAccountAndNoNewEvent();
@@ -168,167 +157,6 @@ void TestWindow::anUndecodableReplyIsToldWhole()
     QTRY_VERIFY(told(u"Failed to load events: Decode error: "_s));
     QVERIFY(told(u"events[0].starts_at: Invalid date: 14/06/2025"_s));
     QVERIFY(told(u". Saved response to /tmp/events-response.json"_s));
-}
-
-void TestWindow::f5AndCtrlRLoadAgain_data()
-{
-    QTest::addColumn<Qt::Key>("key");
-    QTest::addColumn<Qt::KeyboardModifiers>("modifiers");
-    QTest::newRow("F5") << Qt::Key_F5 << Qt::KeyboardModifiers(Qt::NoModifier);
-    QTest::newRow("Ctrl+R") << Qt::Key_R << Qt::KeyboardModifiers(Qt::ControlModifier);
-}
-
-void TestWindow::f5AndCtrlRLoadAgain()
-{
-    QFETCH(Qt::Key, key);
-    QFETCH(Qt::KeyboardModifiers, modifiers);
-    const auto window = shownWindow();
-    QTRY_VERIFY(named(window.get(), u"No events found."_s));
-    m_server.answer(reply({row(u"new"_s, 1)}));
-    QTest::keyClick(window.get(), key, modifiers);
-    QTRY_VERIFY(named(window.get(), u"new"_s));
-}
-
-void TestWindow::aWindowHiddenAndShownAgainLoadsAgain()
-{
-    const auto window = shownWindow();
-    QTRY_VERIFY(named(window.get(), u"No events found."_s));
-    const auto before = m_server.requests().size();
-    window->hide();
-    window->show();
-    QTRY_COMPARE(m_server.requests().size(), before + 1);
-}
-
-void TestWindow::aWindowComingBackFromTheTaskBarDoesNot()
-{
-    const auto window = shownWindow();
-    QTRY_VERIFY(named(window.get(), u"No events found."_s));
-    const auto before = m_server.requests().size();
-    // What the window system tells a window that it minimises and shows again.
-    QHideEvent hidden;
-    QShowEvent shown;
-    for (QEvent *event : std::initializer_list<QEvent *>{&hidden, &shown}) {
-        QSpontaneKeyEvent::setSpontaneous(event);
-        qApp->notify(window.get(), event);
-    }
-    // A reload by hand, asked for after it, is the only request.
-    QTest::keyClick(window.get(), Qt::Key_F5);
-    QTRY_COMPARE(m_server.requests().size(), before + 1);
-    QTRY_VERIFY(named(window.get(), u"No events found."_s));
-    QCOMPARE(m_server.requests().size(), before + 1);
-}
-
-void TestWindow::ofOverlappingLoadsTheLaterToFinishIsShown()
-{
-    int asked = 0;
-    m_server.answerWith([&](const HttpRequest &) {
-        return ++asked == 1 ? reply({row(u"slow"_s, 1)}).late(300) : reply({row(u"fast"_s, 1)});
-    });
-    const auto window = shownWindow();
-    QTRY_COMPARE(asked, 1);
-    QTest::keyClick(window.get(), Qt::Key_F5);
-    QTRY_VERIFY(named(window.get(), u"fast"_s));
-    QTRY_VERIFY(named(window.get(), u"slow"_s));
-    QVERIFY(!named(window.get(), u"fast"_s));
-}
-
-void TestWindow::aReloadKeepsTheChosenTab()
-{
-    m_server.answer(reply({row(u"gone"_s, -40), row(u"soon"_s, 40)}));
-    const auto window = shownWindow();
-    QTRY_VERIFY(named(window.get(), u"Passés"_s));
-    QTest::mouseClick(named(window.get(), u"Passés"_s), Qt::LeftButton);
-    QTest::keyClick(window.get(), Qt::Key_F5);
-    QTRY_VERIFY(!named(window.get(), u"gone"_s));
-    QTRY_VERIFY(named(window.get(), u"gone"_s));
-}
-
-void TestWindow::aReloadKeepsThePlaceInTheList()
-{
-    QJsonArray rows;
-    for (int i = 0; i < 100; ++i)
-        rows.append(row(u"event %1"_s.arg(i), 1 + i));
-    m_server.answer(reply(rows));
-    const auto window = shownWindow();
-    QTRY_VERIFY(named(window.get(), u"event 0"_s));
-    auto *list = shownList(window.get());
-    list->showRow(60);
-    QWidget *seen = nullptr;
-    QTRY_VERIFY((seen = named(window.get(), u"event 60"_s)));
-    const int y = seen->mapTo(window.get(), QPoint()).y();
-
-    // Two more events come before it.
-    rows.prepend(row(u"earlier"_s, 0));
-    rows.prepend(row(u"first"_s, 0));
-    m_server.answer(reply(rows));
-    QTest::keyClick(window.get(), Qt::Key_F5);
-    QTRY_VERIFY(!named(window.get(), u"event 60"_s));
-    QTRY_VERIFY((seen = named(window.get(), u"event 60"_s)));
-    QCOMPARE(seen->mapTo(window.get(), QPoint()).y(), y);
-}
-
-void TestWindow::aReloadKeepsTheFocusOnItsRow()
-{
-    m_server.answer(reply({row(u"a"_s, 1), row(u"b"_s, 2), row(u"c"_s, 3)}));
-    const auto window = shownWindow();
-    QTRY_VERIFY(named(window.get(), u"b"_s));
-    shownList(window.get())->focusRow(u"b"_s);
-    QTRY_COMPARE(window->focusWidget()->accessibleName(), u"b"_s);
-    QTest::keyClick(window.get(), Qt::Key_F5);
-    QTRY_VERIFY(!named(window.get(), u"b"_s));
-    QTRY_VERIFY(named(window.get(), u"b"_s));
-    QCOMPARE(window->focusWidget()->accessibleName(), u"b"_s);
-}
-
-void TestWindow::ofCrossingLoadsNothingOfTheEarlierListStays()
-{
-    m_server.answer(reply({row(u"a"_s, 1), row(u"b"_s, 2)}));
-    const auto window = shownWindow();
-    QTRY_VERIFY(named(window.get(), u"b"_s));
-    int asked = 0;
-    m_server.answerWith([&](const HttpRequest &) {
-        return ++asked == 1 ? reply({row(u"c"_s, 1), row(u"d"_s, 2)}).whenReleased()
-                            : reply({row(u"a"_s, 1), row(u"b"_s, 2)});
-    });
-    QTest::keyClick(window.get(), Qt::Key_F5);
-    QTRY_COMPARE(asked, 1);
-    QTest::keyClick(window.get(), Qt::Key_F5);
-    QTRY_VERIFY(named(window.get(), u"b"_s));
-    shownList(window.get())->focusRow(u"b"_s);
-    m_server.release();
-    QTRY_VERIFY(named(window.get(), u"d"_s));
-    QVERIFY(!named(window.get(), u"a"_s));
-    QVERIFY(!named(window.get(), u"b"_s));
-    QCOMPARE(window->focusWidget()->accessibleName(), u"d"_s);
-}
-
-void TestWindow::aReloadKeepsTheFocusOnTheTabs()
-{
-    const auto window = shownWindow();
-    QTRY_VERIFY(named(window.get(), u"No events found."_s));
-    QTest::mouseClick(named(window.get(), u"Passés"_s), Qt::LeftButton);
-    window->findChild<TabStrip *>()->setFocus(Qt::TabFocusReason);
-    const QPointer<QWidget> focus = window->focusWidget();
-    QVERIFY(focus && window->findChild<TabStrip *>()->isAncestorOf(focus));
-    QTest::keyClick(window.get(), Qt::Key_F5);
-    QTRY_VERIFY(!named(window.get(), u"No events found."_s));
-    QTRY_VERIFY(named(window.get(), u"No events found."_s));
-    QCOMPARE(window->focusWidget(), focus.data());
-}
-
-void TestWindow::aReloadDoesNotTakeTheFocusBackFromWhereThePersonWent()
-{
-    m_server.answer(reply({row(u"a"_s, 1)}));
-    const auto window = shownWindow();
-    QTRY_VERIFY(named(window.get(), u"a"_s));
-    shownList(window.get())->focusRow(u"a"_s);
-
-    m_server.answer(reply({row(u"a"_s, 1)}).late(50));
-    QTest::keyClick(window.get(), Qt::Key_F5);
-    QAbstractButton *account = button(window.get(), u"Compte"_s);
-    account->setFocus(Qt::TabFocusReason);
-    QTRY_VERIFY(named(window.get(), u"a"_s));
-    QCOMPARE(window->focusWidget(), account);
 }
 
 void TestWindow::aWindowClosedWhileLoadingIsJustGone()

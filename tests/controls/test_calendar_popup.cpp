@@ -2,7 +2,6 @@
 
 #include "controls/CalendarPopup.h"
 #include "controls/DateField.h"
-#include "controls/DateOrder.h"
 #include "controls/PopupCard.h"
 #include "controls/TimeField.h"
 #include "look/Accessibility.h"
@@ -14,8 +13,6 @@
 #include <QAbstractItemView>
 #include <QCalendarWidget>
 #include <QLocale>
-#include <QScrollArea>
-#include <QScrollBar>
 #include <QSignalSpy>
 
 using namespace Qt::StringLiterals;

@@ -5,6 +5,7 @@
 #include "look/Colors.h"
 #include "look/Compositing.h"
 #include "look/Symbols.h"
+#include "support/MenuScene.h"
 #include "support/Picture.h"
 #include "support/Typing.h"
 
@@ -16,38 +17,6 @@
 #include <utility>
 
 using namespace Qt::StringLiterals;
-
-namespace {
-
-/// A window in front with a picker in it.
-struct Scene {
-    QWidget window;
-    PopupButton *picker = new PopupButton(
-        u"Organisé par"_s, {u"La Grange"_s, u"Amis & Cie"_s, u"<b>Causarium</b>"_s}, &window);
-    QSignalSpy chosen{picker, &PopupButton::chosen};
-
-    Scene()
-    {
-        picker->setValue(u"Amis & Cie"_s);
-        picker->setGeometry(QRect(QPoint(20, 20), picker->sizeHint()));
-        window.setGeometry(50, 50, 400, 300);
-        window.show();
-        window.activateWindow();
-        if (!QTest::qWaitForWindowActive(&window))
-            qFatal("the window does not come to the front");
-        picker->clearFocus();
-        picker->setFocus(Qt::TabFocusReason);
-    }
-
-    Menu *menu() const { return picker->menu(); }
-    QRect card() const { return menu()->geometry().marginsRemoved(popupMargins(isComposited())); }
-    QPoint centreOf(int item) const
-    {
-        return menu()->actionGeometry(menu()->actions().at(item)).center();
-    }
-};
-
-} // namespace
 
 class TestMenu : public QObject {
     Q_OBJECT
@@ -85,7 +54,7 @@ private Q_SLOTS:
 
 void TestMenu::aClickOpensTheMenuBelowTheLabel()
 {
-    const Scene it;
+    const MenuScene it;
     QTest::mouseClick(it.picker, Qt::LeftButton);
     QVERIFY(it.menu()->isVisible());
     const QRect label(it.picker->mapToGlobal(QPoint()), it.picker->size());
@@ -95,7 +64,7 @@ void TestMenu::aClickOpensTheMenuBelowTheLabel()
 
 void TestMenu::theMenuIsAsWideAsItsLabelAndAsHighAsItsItems()
 {
-    const Scene it;
+    const MenuScene it;
     QTest::mouseClick(it.picker, Qt::LeftButton);
     QCOMPARE(it.card().size(), QSize(220, 4 + 3 * 26 + 4));
     QCOMPARE(it.picker->size(), QSize(220, 28));
@@ -113,7 +82,7 @@ void TestMenu::keysOpenTheMenuAtTheChosenItem_data()
 void TestMenu::keysOpenTheMenuAtTheChosenItem()
 {
     QFETCH(Qt::Key, key);
-    const Scene it;
+    const MenuScene it;
     QTest::keyClick(it.picker, key);
     QVERIFY(it.menu()->isVisible());
     QCOMPARE(it.menu()->activeAction(), it.menu()->actions().at(1));
@@ -129,7 +98,7 @@ void TestMenu::aKeyHeldOnTheLabelChoosesNothing_data()
 void TestMenu::aKeyHeldOnTheLabelChoosesNothing()
 {
     QFETCH(Qt::Key, key);
-    Scene it;
+    MenuScene it;
     QTest::keyPress(it.picker, key);
     repeat(it.menu(), key);
     QTest::keyRelease(it.menu(), key);
@@ -145,7 +114,7 @@ void TestMenu::aKeyHeldOnTheLabelChoosesNothing()
 
 void TestMenu::otherKeysAreLeftToTheForm()
 {
-    const Scene it;
+    const MenuScene it;
     for (const auto key : {Qt::Key_Up, Qt::Key_Left, Qt::Key_Escape, Qt::Key_A})
         QTest::keyClick(it.picker, key);
     QVERIFY(!it.menu()->isVisible());
@@ -154,7 +123,7 @@ void TestMenu::otherKeysAreLeftToTheForm()
 
 void TestMenu::anItemIsChosenByClick()
 {
-    const Scene it;
+    const MenuScene it;
     QTest::mouseClick(it.picker, Qt::LeftButton);
     QTest::mouseMove(it.menu(), it.centreOf(2));
     QTest::mouseClick(it.menu(), Qt::LeftButton, {}, it.centreOf(2));
@@ -183,7 +152,7 @@ void TestMenu::anItemIsChosenByKey()
 {
     QFETCH(QList<Qt::Key>, keys);
     QFETCH(QString, chosen);
-    const Scene it;
+    const MenuScene it;
     QTest::keyClick(it.picker, Qt::Key_Space);
     for (const auto key : std::as_const(keys))
         QTest::keyClick(it.menu(), key);
@@ -193,7 +162,7 @@ void TestMenu::anItemIsChosenByKey()
 
 void TestMenu::anItemIsFoundByTyping()
 {
-    const Scene it;
+    const MenuScene it;
     QTest::keyClick(it.picker, Qt::Key_Space);
     QTest::keyClicks(it.menu(), u"la"_s);
     QCOMPARE(it.menu()->activeAction(), it.menu()->actions().at(0));
@@ -201,7 +170,7 @@ void TestMenu::anItemIsFoundByTyping()
 
 void TestMenu::escapeClosesTheMenuAndChoosesNothing()
 {
-    const Scene it;
+    const MenuScene it;
     QTest::keyClick(it.picker, Qt::Key_Space);
     QTest::keyClick(it.menu(), Qt::Key_Escape);
     QVERIFY(!it.menu()->isVisible());
@@ -212,7 +181,7 @@ void TestMenu::escapeClosesTheMenuAndChoosesNothing()
 
 void TestMenu::aClickElsewhereOrOnTheShadowChoosesNothing()
 {
-    const Scene it;
+    const MenuScene it;
     const QMargins margins = popupMargins(isComposited());
     for (const QPoint at : {QPoint(-30, -30), QPoint(margins.left() - 3, 60)}) {
         QTest::mouseClick(it.picker, Qt::LeftButton);
@@ -224,7 +193,7 @@ void TestMenu::aClickElsewhereOrOnTheShadowChoosesNothing()
 
 void TestMenu::aClickOnTheLabelClosesItsMenu()
 {
-    const Scene it;
+    const MenuScene it;
     QTest::mouseClick(it.picker, Qt::LeftButton);
     const QPoint onLabel = it.picker->mapToGlobal(it.picker->rect().center());
     QTest::mousePress(it.menu(), Qt::LeftButton, {}, it.menu()->mapFromGlobal(onLabel));
@@ -236,7 +205,7 @@ void TestMenu::aClickOnTheLabelClosesItsMenu()
 
 void TestMenu::aMenuClearOfTheScreensEndOpensAbove()
 {
-    Scene it;
+    MenuScene it;
     const QRect screen = it.window.screen()->availableGeometry();
     it.window.move(50, screen.bottom() - 100);
     QTest::keyClick(it.picker, Qt::Key_Space);
@@ -250,7 +219,7 @@ void TestMenu::aMenuClearOfTheScreensEndOpensAbove()
 
 void TestMenu::textsAreShownAsTheyAre()
 {
-    const Scene it;
+    const MenuScene it;
     QCOMPARE(it.menu()->actions().at(1)->text(), u"Amis && Cie"_s);
     QTest::keyClick(it.picker, Qt::Key_Space);
     auto *reader = QAccessible::queryAccessibleInterface(it.menu());
@@ -272,7 +241,7 @@ void TestMenu::theMenuLooksAsDrawn()
 {
     QFETCH(ColorScheme, scheme);
     QApplication::setPalette(applicationPalette(scheme));
-    const Scene it;
+    const MenuScene it;
     QTest::keyClick(it.picker, Qt::Key_Down);
     QTest::keyClick(it.menu(), Qt::Key_Down);
     const QPalette palette = it.menu()->palette();
@@ -302,7 +271,7 @@ void TestMenu::theLabelLooksAsDrawn()
 {
     QFETCH(ColorScheme, scheme);
     QApplication::setPalette(applicationPalette(scheme));
-    Scene it;
+    MenuScene it;
     it.picker->clearFocus();
     const QPalette palette = it.window.palette();
     const QColor fill =
@@ -321,7 +290,7 @@ void TestMenu::theLabelLooksAsDrawn()
 
 void TestMenu::aLongLabelIsCutAndToldInFull()
 {
-    Scene it;
+    MenuScene it;
     const QString longText = u"Association des amis de la bibliothèque et de ses environs"_s;
     it.picker->setValue(longText);
     QVERIFY(it.picker->toolTip().contains(longText));
@@ -366,7 +335,7 @@ void TestMenu::theWheelScrollsTheFormAndChangesNothing()
 
 void TestMenu::theRingShowsForTheKeyboardOnlyAndStaysUnderTheMenu()
 {
-    Scene it;
+    MenuScene it;
     const QColor ink = accentInk(it.window.palette());
     const auto ring = [&it] {
         return picture(it.window).pixelColor(it.picker->pos() + QPoint(40, -2));
@@ -384,7 +353,7 @@ void TestMenu::theRingShowsForTheKeyboardOnlyAndStaysUnderTheMenu()
 
 void TestMenu::screenReadersHearWhatIsChosenAndOpenTheMenu()
 {
-    const Scene it;
+    const MenuScene it;
     auto *reader = QAccessible::queryAccessibleInterface(it.picker);
     QCOMPARE(reader->role(), QAccessible::ButtonMenu);
     QCOMPARE(reader->text(QAccessible::Name), u"Organisé par"_s);

@@ -2,13 +2,9 @@
 // sends is in test_event_form_sent.cpp.
 
 #include "editor/EventForm.h"
-#include "editor/PickedTime.h"
-#include "platform/Text.h"
 #include "support/NewForm.h"
 
 #include <QDateTime>
-#include <QRegularExpression>
-#include <QSet>
 #include <QTest>
 
 #include <optional>

@@ -34,6 +34,18 @@ inline bool alike(const QColor &a, const QColor &b)
         && qAbs(a.blue() - b.blue()) <= rounding;
 }
 
+/// Whether any pixel has the colour.
+inline bool hasColor(const QImage &image, const QColor &color)
+{
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            if (alike(image.pixelColor(x, y), color))
+                return true;
+        }
+    }
+    return false;
+}
+
 /// Prints both colours when they differ.
 #define COMPARE_COLORS(actual, expected)                                                           \
     QVERIFY2(alike(actual, expected),                                                              \

@@ -5,11 +5,21 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+using namespace Qt::StringLiterals;
+
 /// The answer that signs in the user with this id.
 inline HttpAnswer granting(const QByteArray &userId = "moi")
 {
     return HttpAnswer::whole(200, R"({"access_token":"jeton","user":{"id":")" + userId + R"("}})");
 }
+
+/// The answer to a wrong password, and what a person reads of it.
+inline HttpAnswer refusing()
+{
+    return HttpAnswer::whole(
+        400, R"({"error":"invalid_grant","error_description":"Invalid login credentials"})");
+}
+inline const QString refusal = u"Invalid login credentials"_s;
 
 /// The requests that have come to a service since this was made. The service must outlive it.
 class Sent {
