@@ -29,10 +29,11 @@ Columns columnsOf(MailKind kind)
 
 int Accounts::secondsUntilMail(const std::string &accountId, MailKind kind, int pause)
 {
-    const Rows rows = m_sessions.take()->run(
-        "select greatest(ceil(extract(epoch from " + columnsOf(kind).sentAt
-            + " - now()) + $2::int), 0), 0)::int from auth.users where id = $1",
-        {accountId, std::to_string(pause)});
+    // Without an earlier mail the greatest is 0, whatever it is compared with.
+    const Rows rows =
+        m_sessions.take()->run("select greatest(ceil(extract(epoch from " + columnsOf(kind).sentAt
+                                   + " - now()) + $2::int), 0)::int from auth.users where id = $1",
+                               {accountId, std::to_string(pause)});
     return rows.count() == 0 ? 0 : std::stoi(rows.text(0, 0));
 }
 

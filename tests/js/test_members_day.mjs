@@ -220,6 +220,32 @@ test('aMemberMovesToAnotherAddress', async () => {
     assert.equal(unwrapped(await paul.auth.getUser()).user.email, 'paul2@village.example');
 });
 
+test('aLinkInAMailLeadsBackToThePageThatAskedForIt', async () => {
+    const page = 'http://localhost:5173/nouveau-mot-de-passe?x=1';
+    unwrapped(await visitor.auth.resetPasswordForEmail('eve@village.example', { redirectTo: page }));
+    const { link } = service.mails().at(-1);
+    const answer = await fetch(link, { redirect: 'manual' });
+    assert.equal(answer.status, 303);
+    const [before, fragment] = answer.headers.get('location').split('#');
+    assert.equal(before, page);
+    const session = new URLSearchParams(fragment);
+    assert.equal(session.get('type'), 'recovery');
+    const eve = clientOf(service);
+    const { user } = unwrapped(await eve.auth.setSession({
+        access_token: session.get('access_token'), refresh_token: session.get('refresh_token'),
+    }));
+    assert.equal(user.email, 'eve@village.example');
+    // Followed once more, it leads there with the reason.
+    const again = await fetch(link, { redirect: 'manual' });
+    assert.match(again.headers.get('location'), /#error=access_denied&error_code=otp_expired&/);
+
+    // A page of the internet is no place for a session.
+    unwrapped(await visitor.auth.resetPasswordForEmail('camille@morvelle.example',
+        { redirectTo: 'https://localhost.example.org/' }));
+    assert.doesNotMatch(service.mails().at(-1).link, /redirect_to/);
+    assert.equal((await fetch(service.mails().at(-1).link, { redirect: 'manual' })).status, 200);
+});
+
 test('theSecretKeyPassesEveryRule', async () => {
     const server = clientOf(service, service.secret);
     const added = unwrapped(await server.from('events')
