@@ -5,13 +5,17 @@
 #include <QAbstractButton>
 #include <QUrl>
 
-/// Whether an address that somebody else wrote is handed to the desktop: pages, mail and telephone,
-/// and what has no scheme, but no file, script or program.
-bool mayOpen(const QUrl &address);
+#include <optional>
+
+/// What the desktop is handed for an address that somebody else wrote: pages, mail and telephone
+/// as they stand; what has no scheme as a page, where it begins with a host as in
+/// "www.exemple.fr/fete". Nothing for all else: no file, script or program.
+std::optional<QUrl> addressToOpen(const QUrl &address);
 
 /// An underlined text that opens an address the way the desktop does: by mouse, by keyboard and by
-/// screen reader, when `mayOpen` lets it. The tooltip shows the
-/// address, and screen readers tell it as the description.
+/// screen reader, as far as
+/// `addressToOpen` lets it. The tooltip shows the address, and screen readers tell it as the
+/// description.
 class LinkLabel : public QAbstractButton, public Pressable {
     Q_OBJECT
 

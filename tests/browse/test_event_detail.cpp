@@ -7,7 +7,6 @@
 #include "support/WindowTest.h"
 
 #include <QApplication>
-#include <QDesktopServices>
 #include <QScrollArea>
 #include <QScrollBar>
 
@@ -51,31 +50,6 @@ QStringList seen(const QWidget &sheet)
     return texts;
 }
 
-/// Takes the addresses that would go to the desktop.
-class Desktop : public QObject {
-    Q_OBJECT
-
-public:
-    explicit Desktop(const QStringList &schemes)
-        : m_schemes(schemes)
-    {
-        for (const QString &scheme : schemes)
-            QDesktopServices::setUrlHandler(scheme, this, "open");
-    }
-    ~Desktop() override
-    {
-        for (const QString &scheme : m_schemes)
-            QDesktopServices::unsetUrlHandler(scheme);
-    }
-    QList<QUrl> opened;
-
-public Q_SLOTS:
-    void open(const QUrl &address) { opened.append(address); }
-
-private:
-    QStringList m_schemes;
-};
-
 EventDetailView *detailOf(const ContentView *window)
 {
     auto *sheet = window->findChild<EventDetailView *>();
@@ -100,10 +74,6 @@ private Q_SLOTS:
     void theDayAsStoredWinsAndAnEmptyOneGivesWay();
     void textsAreShownLetterByLetter();
     void onlyWhatFormsAnAddressIsOfferedAsALink();
-    void pagesMailAndTelephoneGoToTheDesktop_data();
-    void pagesMailAndTelephoneGoToTheDesktop();
-    void nothingElseIsEverOpened_data();
-    void nothingElseIsEverOpened();
 
     void choosingAnEventOpensItAndEscapeGoesBackToItsRow();
     void theButtonClosesToo();
@@ -204,47 +174,6 @@ void TestEventDetail::onlyWhatFormsAnAddressIsOfferedAsALink()
         if (offered)
             QVERIFY(!link->toolTip().isEmpty());
     }
-}
-
-void TestEventDetail::pagesMailAndTelephoneGoToTheDesktop_data()
-{
-    QTest::addColumn<QString>("address");
-    for (const char *address :
-         {"http://exemple.fr/a", "https://exemple.fr/%C3%A9t%C3%A9", "HTTPS://exemple.fr",
-          "mailto:mairie@exemple.fr", "tel:+33123456789"})
-        QTest::newRow(address) << QString::fromLatin1(address);
-}
-
-void TestEventDetail::pagesMailAndTelephoneGoToTheDesktop()
-{
-    QFETCH(QString, address);
-    Desktop desktop({u"http"_s, u"https"_s, u"mailto"_s, u"tel"_s});
-    LinkLabel link(u"Ouvrir le lien"_s, QUrl(address));
-    link.show();
-    QTest::mouseClick(&link, Qt::LeftButton);
-    QTest::keyClick(&link, Qt::Key_Return);
-    QTest::keyClick(&link, Qt::Key_Space);
-    QCOMPARE(desktop.opened, QList<QUrl>(3, QUrl(address)));
-}
-
-void TestEventDetail::nothingElseIsEverOpened_data()
-{
-    QTest::addColumn<QString>("address");
-    for (const char *address :
-         {"file:///etc/passwd", "javascript:alert(1)", "ssh://host", "FILE:///bin/sh"})
-        QTest::newRow(address) << QString::fromLatin1(address);
-}
-
-void TestEventDetail::nothingElseIsEverOpened()
-{
-    QFETCH(QString, address);
-    Desktop desktop({QUrl(address).scheme()});
-    LinkLabel link(u"Ouvrir le lien"_s, QUrl(address));
-    link.show();
-    QTest::mouseClick(&link, Qt::LeftButton);
-    QTest::keyClick(&link, Qt::Key_Return);
-    QVERIFY(desktop.opened.isEmpty());
-    QVERIFY(mayOpen(QUrl(u"exemple.fr"_s))); // what has no scheme is the desktop's affair
 }
 
 void TestEventDetail::choosingAnEventOpensItAndEscapeGoesBackToItsRow()
