@@ -7,7 +7,8 @@
 #include "look/PressKeys.h"
 #include "look/Symbols.h"
 
-#include <QFontMetrics>
+#include <QEvent>
+#include <QFontMetricsF>
 #include <QPainter>
 
 #include <algorithm>
@@ -42,11 +43,7 @@ void AccountButton::setEmail(const QString &email)
         return;
     m_email = email;
     setAccessibleDescription(email);
-    const int natural =
-        2 * paddingX + symbolSize + gap + QFontMetrics(font()).horizontalAdvance(email);
-    setPlainToolTip(this, natural > widest ? email : QString());
-    updateGeometry();
-    update();
+    fit();
 }
 
 void AccountButton::setOpen(bool isOpen)
@@ -57,16 +54,20 @@ void AccountButton::setOpen(bool isOpen)
 
 QSize AccountButton::sizeHint() const
 {
-    const QFontMetrics metrics(font());
-    int width = 2 * paddingX + symbolSize;
-    if (!m_email.isEmpty())
-        width += gap + metrics.horizontalAdvance(m_email);
-    return {std::min(width, widest), 2 * paddingY + std::max(symbolSize, lineHeight(font()))};
+    return {std::min(naturalWidth(), widest),
+            2 * paddingY + std::max(symbolSize, lineHeight(font()))};
 }
 
 QSize AccountButton::minimumSizeHint() const
 {
     return sizeHint();
+}
+
+void AccountButton::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::FontChange)
+        fit();
+    QAbstractButton::changeEvent(event);
 }
 
 void AccountButton::paintEvent(QPaintEvent *)
@@ -86,6 +87,29 @@ void AccountButton::paintEvent(QPaintEvent *)
     const int x = paddingX + symbolSize + gap;
     const QRect room(x, 0, width() - x - paddingX, height());
     painter.setPen(secondaryText(palette()));
-    painter.drawText(room, Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine,
-                     painter.fontMetrics().elidedText(m_email, Qt::ElideRight, room.width()));
+    painter.drawText(room, Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine | Qt::TextDontClip,
+                     isCut()
+                         ? QFontMetricsF(font()).elidedText(m_email, Qt::ElideRight, room.width())
+                         : m_email);
+}
+
+int AccountButton::naturalWidth() const
+{
+    const int symbol = 2 * paddingX + symbolSize;
+    // Rounded up: a width that is a fraction short cuts a text that fits.
+    return m_email.isEmpty()
+        ? symbol
+        : symbol + gap + qCeil(QFontMetricsF(font()).horizontalAdvance(m_email));
+}
+
+bool AccountButton::isCut() const
+{
+    return naturalWidth() > widest;
+}
+
+void AccountButton::fit()
+{
+    setPlainToolTip(this, isCut() ? m_email : QString());
+    updateGeometry();
+    update();
 }

@@ -19,9 +19,14 @@ public:
     QSize minimumSizeHint() const override;
 
 protected:
+    void changeEvent(QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 
 private:
+    int naturalWidth() const; ///< with all of the address
+    bool isCut() const;
+    void fit();
+
     QString m_email;
     bool m_isOpen = false;
 };

@@ -2,12 +2,19 @@
 
 #include "look/Accessibility.h"
 #include "look/Colors.h"
+#include "look/Fonts.h"
 #include "support/Announcements.h"
 #include "support/Picture.h"
 #include "support/Typing.h"
 
+#include <QBuffer>
+#include <QFontDatabase>
 #include <QSignalSpy>
+#include <QSvgGenerator>
 #include <QTest>
+#include <QXmlStreamReader>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -18,10 +25,48 @@ private Q_SLOTS:
     void initTestCase() { installAccessibility(); }
     void theReaderTellsTheAddressThatIsShown();
     void anAddressTooLongToBeSeenIsReadAndShownWhole();
+    void anAddressIsCutOnlyWhereItDoesNotFit();
     void theReaderPressesIt();
     void aHeldKeyPressesOnce();
     void itsGroundStaysCalmEnoughToReadWhileItsMenuIsOpen();
 };
+
+namespace {
+
+/// Ordinary addresses of every length.
+QStringList addresses()
+{
+    QStringList all;
+    for (const char *name : {"a", "jo", "camille", "lucie.w", "j.martin", "marie-claude",
+                             "f.lefevre", "will.i.am", "wwilliams", "jean.dupont", "association"}) {
+        for (const char *host : {"b.fr", "free.fr", "orange.fr", "exemple.fr", "laposte.net",
+                                 "wanadoo.fr", "morvelle-animation.fr"})
+            all.append(QLatin1StringView(name) + u'@' + QLatin1StringView(host));
+    }
+    return all;
+}
+
+/// What a widget writes, each text as it is handed to the painter.
+QStringList drawnTexts(QWidget &widget)
+{
+    QBuffer drawing;
+    QSvgGenerator generator;
+    generator.setOutputDevice(&drawing);
+    generator.setSize(widget.size());
+    generator.setResolution(widget.logicalDpiX());
+    widget.render(&generator);
+    QStringList texts;
+    drawing.open(QIODevice::ReadOnly);
+    QXmlStreamReader reader(&drawing);
+    while (!reader.atEnd()) {
+        reader.readNext();
+        if (reader.isStartElement() && reader.name() == u"text")
+            texts.append(reader.readElementText().trimmed());
+    }
+    return texts;
+}
+
+} // namespace
 
 void TestAccountButton::theReaderTellsTheAddressThatIsShown()
 {
@@ -43,6 +88,34 @@ void TestAccountButton::anAddressTooLongToBeSeenIsReadAndShownWhole()
     button.setEmail(address);
     QVERIFY(button.toolTip().contains(address));
     QCOMPARE(read(&button)->text(QAccessible::Description), address);
+}
+
+void TestAccountButton::anAddressIsCutOnlyWhereItDoesNotFit()
+{
+    constexpr qreal room = 180 - 6 - 18 - 5 - 6;
+    QStringList families = QFontDatabase::families();
+    families = families.first(std::min<qsizetype>(families.size(), 8));
+    families.append(appFont(11).family());
+    AccountButton button;
+    int whole = 0;
+    int cut = 0;
+    for (const QString &family : std::as_const(families)) {
+        for (int size = 9; size <= 16; ++size) {
+            QFont font(family);
+            font.setPixelSize(size);
+            button.setFont(font);
+            for (const QString &address : addresses()) {
+                button.setEmail(address);
+                button.resize(button.sizeHint());
+                const bool fits = QFontMetricsF(font).horizontalAdvance(address) <= room;
+                const QString where = u"%1 in %2 %3"_s.arg(address, family).arg(size);
+                QVERIFY2(drawnTexts(button).contains(address) == fits, qPrintable(where));
+                QVERIFY2(button.toolTip().contains(address) == !fits, qPrintable(where));
+                ++(fits ? whole : cut);
+            }
+        }
+    }
+    QVERIFY(whole > 0 && cut > 0);
 }
 
 void TestAccountButton::theReaderPressesIt()
