@@ -4,6 +4,7 @@
 #include "look/Accessibility.h"
 #include "look/Colors.h"
 #include "look/Fonts.h"
+#include "look/HeldKeys.h"
 #include "sectionlist/SectionListAccessible.h"
 
 #include <QAction>
@@ -32,6 +33,7 @@ void addShortcut(ContentView *window, const QKeySequence &keys, auto act)
 {
     auto *action = new QAction(window);
     action->setShortcut(keys);
+    action->setAutoRepeat(false); // a key that is held acts once
     QObject::connect(action, &QAction::triggered, window, act);
     window->addAction(action);
 }
@@ -66,6 +68,8 @@ OstreloApp::OstreloApp(QObject *parent)
 {
     installAccessibility();
     installSectionListAccessibility();
+    if (QGuiApplication::platformName() == u"xcb")
+        qApp->installEventFilter(new HeldKeys(this));
     QApplication::setFont(appFont(13));
     loadTranslation();
     makeMenuBar();

@@ -166,6 +166,7 @@ void ContentView::addShortcuts()
 {
     auto *reloadAction = new QAction(this);
     reloadAction->setShortcuts({QKeySequence(Qt::Key_F5), QKeySequence(Qt::CTRL | Qt::Key_R)});
+    reloadAction->setAutoRepeat(false); // a key that is held asks once
     connect(reloadAction, &QAction::triggered, this, &ContentView::reload);
     // Not the window's own: a sheet takes the body out of reach, and this with it.
     m_body->addAction(reloadAction);

@@ -6,6 +6,7 @@
 #include "controls/TextLabel.h"
 #include "look/Accessibility.h"
 #include "look/Colors.h"
+#include "look/Fonts.h"
 #include "support/Picture.h"
 
 #include <QApplication>
@@ -161,6 +162,30 @@ private Q_SLOTS:
                                   expected));
             }
         }
+    }
+
+    void theEmailIsQuietAndSemibold()
+    {
+        for (const auto scheme : {ColorScheme::Light, ColorScheme::Dark}) {
+            QApplication::setPalette(applicationPalette(scheme));
+            Shown it(true, true, u"camille@exemple.fr"_s);
+            auto *email = it.menu.findChild<TextLabel *>();
+            QCOMPARE(email->font(), appFont(12, QFont::DemiBold));
+            const QImage image = picture(*email, 8);
+            COMPARE_COLORS(inkOf(image, image.rect(), windowColor(it.menu.palette())),
+                           secondaryText(it.menu.palette()));
+        }
+    }
+
+    void itemsStandTenApart()
+    {
+        Shown it(true, true, u"camille@exemple.fr"_s);
+        auto parts = it.menu.findChildren<QWidget *>(Qt::FindDirectChildrenOnly);
+        parts.removeIf([](const QWidget *part) { return !part->isVisible(); });
+        std::ranges::sort(parts, {}, [](const QWidget *part) { return part->y(); });
+        QCOMPARE(parts.size(), 4);
+        for (qsizetype i = 1; i < parts.size(); ++i)
+            QCOMPARE(parts[i]->y() - (parts[i - 1]->y() + parts[i - 1]->height()), 10);
     }
 
     void buttonsKeepTheirWidthAndStartAtTheLeft()

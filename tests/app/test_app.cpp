@@ -62,6 +62,7 @@ private Q_SLOTS:
     void theWindowTurnsDarkWithTheDesktop();
     void theWindowStandsOutMoreWhereTheDesktopAsksForIt();
     void aFurtherWindowOpensFromTheKeyboard();
+    void aHeldKeyOpensOneWindowAndClosesOne();
     void aWindowClosesFromTheKeyboardAndLeavesTheOthers();
     void quittingClosesAllWindows();
     void theProgramEndsWithItsLastWindow();
@@ -158,6 +159,24 @@ void TestApp::aFurtherWindowOpensFromTheKeyboard()
     QTest::keyClick(onlyWindow(), Qt::Key_N, Qt::ControlModifier);
     QTRY_COMPARE(windows().size(), 2);
     QCOMPARE(windows()[0]->windowTitle(), windows()[1]->windowTitle());
+}
+
+void TestApp::aHeldKeyOpensOneWindowAndClosesOne()
+{
+    const OstreloApp app;
+    QTRY_VERIFY(onlyWindow());
+    // The repetitions go to whatever window has the keyboard by then.
+    const auto hold = [](Qt::Key key) {
+        for (int i = 0; i < 5; ++i) {
+            QTest::simulateEvent(windows().last(), true, key, Qt::ControlModifier, {}, i > 0);
+            QTest::qWait(20);
+        }
+    };
+    QVERIFY(QTest::qWaitForWindowActive(onlyWindow()));
+    hold(Qt::Key_N);
+    QCOMPARE(windows().size(), 2);
+    hold(Qt::Key_W);
+    QCOMPARE(windows().size(), 1);
 }
 
 void TestApp::aWindowClosesFromTheKeyboardAndLeavesTheOthers()

@@ -15,6 +15,7 @@
 #include <QXmlStreamReader>
 
 #include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 

@@ -46,6 +46,26 @@ inline bool hasColor(const QImage &image, const QColor &color)
     return false;
 }
 
+/// The colour in `part` of a picture, in its pixels, that stands out most from `under`. Where
+/// letters are drawn several times their size it is theirs, since some stroke is wider than a
+/// pixel.
+inline QColor inkOf(const QImage &image, const QRect &part, const QColor &under)
+{
+    const auto distance = [&under](const QColor &color) {
+        return qAbs(color.red() - under.red()) + qAbs(color.green() - under.green())
+            + qAbs(color.blue() - under.blue());
+    };
+    QColor ink = under;
+    for (int y = part.top(); y <= part.bottom(); ++y) {
+        for (int x = part.left(); x <= part.right(); ++x) {
+            const QColor color = image.pixelColor(x, y);
+            if (distance(color) > distance(ink))
+                ink = color;
+        }
+    }
+    return ink;
+}
+
 /// Prints both colours when they differ.
 #define COMPARE_COLORS(actual, expected)                                                           \
     QVERIFY2(alike(actual, expected),                                                              \
