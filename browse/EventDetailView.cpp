@@ -30,6 +30,7 @@ SymbolLabel *makeWrappingLabel(Symbol symbol, const QString &text, QWidget *pare
     auto *label = new SymbolLabel(symbol, text, parent);
     label->setFont(appFont(12));
     label->setWrapping(true);
+    label->setSelectable();
     return label;
 }
 
@@ -42,11 +43,16 @@ QWidget *makeBody(const Event &event, const Calendar &calendar)
 
     auto *title = new TextLabel(event.titre, appFont(22, QFont::DemiBold), primaryText, body);
     setAccessibleRole(title, QAccessible::Heading);
+    title->setSelectable();
     column->addWidget(title);
-    if (isPresent(event.description))
-        column->addWidget(new TextLabel(*event.description, appFont(13), secondaryText, body));
+    if (isPresent(event.description)) {
+        auto *description = new TextLabel(*event.description, appFont(13), secondaryText, body);
+        description->setSelectable();
+        column->addWidget(description);
+    }
     auto *meta = new EventMeta(body);
     meta->setEvent(event, calendar);
+    meta->setSelectable();
     column->addWidget(meta);
     if (isPresent(event.organise_par)) {
         column->addWidget(

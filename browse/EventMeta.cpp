@@ -45,6 +45,12 @@ void EventMeta::setEvent(const Event &event, const Calendar &calendar)
     arrange();
 }
 
+void EventMeta::setSelectable()
+{
+    for (SymbolLabel *label : {m_date, m_time, m_place})
+        label->setSelectable();
+}
+
 QSize EventMeta::sizeHint() const
 {
     int width = 0;

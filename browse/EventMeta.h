@@ -16,6 +16,8 @@ public:
     explicit EventMeta(QWidget *parent = nullptr);
 
     void setEvent(const Event &event, const Calendar &calendar);
+    /// Lets its texts be selected and copied, for good.
+    void setSelectable();
 
     /// What the line says, for screen readers: "2026-11-14, 14:30, Salle Vaudrelle".
     const QString &spoken() const { return m_spoken; }

@@ -1,5 +1,6 @@
 #include "controls/BlockLabel.h"
 
+#include "controls/TextSelection.h"
 #include "look/Accessibility.h"
 #include "look/Painting.h"
 
@@ -23,6 +24,12 @@ void BlockLabel::setText(const QString &text)
     rebuild();
 }
 
+void BlockLabel::setSelectable()
+{
+    if (!m_selection)
+        m_selection = new TextSelection(this, &m_block, &m_text, indent());
+}
+
 int BlockLabel::heightForWidth(int width) const
 {
     m_block.layOut(width - indent());
@@ -40,7 +47,8 @@ void BlockLabel::paintEvent(QPaintEvent *)
 {
     m_block.layOut(width() - indent());
     QPainter painter(this);
-    m_block.paint(painter, QPointF(indent(), 0), ink());
+    m_block.paint(painter, QPointF(indent(), 0), ink(),
+                  m_selection ? m_selection->formats() : QList<QTextLayout::FormatRange>());
 }
 
 void BlockLabel::resizeEvent(QResizeEvent *)

@@ -5,6 +5,8 @@
 
 #include <QWidget>
 
+class TextSelection;
+
 /// What labels of plain text have in common: a block of lines, laid out for the width that there
 /// is. Where it is cut the tooltip has the whole; screen readers are always given the whole.
 class BlockLabel : public QWidget {
@@ -13,6 +15,8 @@ class BlockLabel : public QWidget {
 public:
     void setText(const QString &text);
     const QString &text() const { return m_text; }
+    /// Lets the text be selected and copied, for good.
+    void setSelectable();
 
     bool isCut() const { return m_block.isCut(); }
     /// The width that shows the whole.
@@ -41,4 +45,5 @@ private:
     QString m_text;
     ColorRole m_color;
     mutable TextBlock m_block;
+    TextSelection *m_selection = nullptr;
 };

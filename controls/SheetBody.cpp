@@ -1,5 +1,6 @@
 #include "controls/SheetBody.h"
 
+#include "controls/FingerScroll.h"
 #include "controls/ThinScrollBar.h"
 #include "look/Colors.h"
 #include "look/Fonts.h"
@@ -83,6 +84,7 @@ SheetBody::SheetBody(QWidget *parent)
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setFocusPolicy(Qt::NoFocus);
     viewport()->setAutoFillBackground(false);
+    new FingerScroll(this);
     m_bar->hide();
 
     auto *own = verticalScrollBar();
@@ -112,6 +114,10 @@ void SheetBody::reveal(const QWidget *widget)
     const int y = widget->mapTo(this->widget(), QPoint()).y();
     const int top = y - scaled(captionRoom) - m_above->height();
     const int bottom = y + widget->height() + ringRoom + m_below->height();
+    // What fills the view already is in sight as far as it can be: a click into a long text would
+    // lose its place.
+    if (top <= bar->value() && bottom >= bar->value() + height())
+        return;
     if (bottom > bar->value() + height())
         bar->setValue(bottom - height());
     if (top < bar->value())

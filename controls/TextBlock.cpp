@@ -123,12 +123,71 @@ int TextBlock::naturalWidth() const
     return m_naturalWidth;
 }
 
-void TextBlock::paint(QPainter &painter, QPointF topLeft, const QColor &color) const
+int TextBlock::positionAt(QPointF point) const
+{
+    int i = 0;
+    while (i + 1 < m_lines->lineCount() && point.y() >= m_lines->lineAt(i + 1).y())
+        ++i;
+    const QTextLine line = m_lines->lineAt(i);
+    return std::min(line.xToCursor(point.x()), lineEnd(line));
+}
+
+int TextBlock::moved(int position, Way way) const
+{
+    const QTextLine line = m_lines->lineForTextPosition(position);
+    const auto beside = [&](int number) {
+        if (number < 0 || number >= m_lines->lineCount())
+            return number < 0 ? 0 : length();
+        const QTextLine to = m_lines->lineAt(number);
+        return std::min(to.xToCursor(line.cursorToX(position)), lineEnd(to));
+    };
+    switch (way) {
+    case Way::NextLetter:
+        return m_lines->nextCursorPosition(position);
+    case Way::PreviousLetter:
+        return m_lines->previousCursorPosition(position);
+    case Way::NextWord:
+        return m_lines->nextCursorPosition(position, QTextLayout::SkipWords);
+    case Way::PreviousWord:
+        return m_lines->previousCursorPosition(position, QTextLayout::SkipWords);
+    case Way::LineBelow:
+        return beside(line.lineNumber() + 1);
+    case Way::LineAbove:
+        return beside(line.lineNumber() - 1);
+    case Way::StartOfLine:
+        return line.textStart();
+    case Way::EndOfLine:
+        return lineEnd(line);
+    }
+    return position;
+}
+
+QString TextBlock::textBetween(int from, int to) const
+{
+    return m_text.mid(from, to - from).replace(QChar::LineSeparator, u'\n');
+}
+
+void TextBlock::paint(QPainter &painter, QPointF topLeft, const QColor &color,
+                      const QList<QTextLayout::FormatRange> &selections) const
 {
     painter.setPen(color);
-    const int whole = m_ellipsisLine ? m_lineCount - 1 : m_lineCount;
-    for (int i = 0; i < whole; ++i)
+    if (!m_ellipsisLine) {
+        m_lines->draw(&painter, topLeft, selections);
+        return;
+    }
+    if (!selections.isEmpty()) {
+        const QTextCharFormat &format = selections.first().format;
+        painter.fillRect(QRectF(topLeft, QSizeF(m_width, m_height)), format.background());
+        painter.setPen(format.foreground().color());
+    }
+    for (int i = 0; i < m_lineCount - 1; ++i)
         m_lines->lineAt(i).draw(&painter, topLeft);
-    if (m_ellipsisLine)
-        m_ellipsisLine->draw(&painter, topLeft);
+    m_ellipsisLine->draw(&painter, topLeft);
+}
+
+/// The last place of the cursor in a line, before the break that ends it.
+int TextBlock::lineEnd(const QTextLine &line) const
+{
+    const int end = line.textStart() + line.textLength();
+    return end > line.textStart() && m_text[end - 1] == QChar::LineSeparator ? end - 1 : end;
 }

@@ -24,7 +24,28 @@ public:
     bool isCut() const { return m_cut; } ///< something is left out: it ends in an ellipsis
     int naturalWidth() const; ///< the width that takes the longest line whole
 
-    void paint(QPainter &painter, QPointF topLeft, const QColor &color) const;
+    /// How many code units are laid out: the places of the cursor go from 0 to here.
+    int length() const { return static_cast<int>(m_text.size()); }
+    /// The place of the cursor nearest to a point. This and what follows are of a text that was
+    /// laid out.
+    int positionAt(QPointF point) const;
+    enum class Way {
+        NextLetter,
+        PreviousLetter,
+        NextWord,
+        PreviousWord,
+        LineBelow,
+        LineAbove,
+        StartOfLine,
+        EndOfLine
+    };
+    int moved(int position, Way way) const;
+    /// What stands between two places, its line breaks as line feeds.
+    QString textBetween(int from, int to) const;
+
+    /// `selections` in the colours of their formats; of a text that is cut, all of it or nothing.
+    void paint(QPainter &painter, QPointF topLeft, const QColor &color,
+               const QList<QTextLayout::FormatRange> &selections = {}) const;
 
 private:
     struct Extent {
@@ -34,6 +55,7 @@ private:
     };
     Extent breakLines(QTextLayout &layout, int mostLines, int top) const;
     QString lastLine(int from) const;
+    int lineEnd(const QTextLine &line) const;
 
     QString m_text; ///< what is laid out, with line separators
     QFont m_font;
