@@ -9,6 +9,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QIcon>
 #include <QKeySequence>
 #include <QLibraryInfo>
 #include <QLocale>
@@ -94,6 +95,12 @@ void OstreloApp::openFirstWindow()
     m_hasOpened = true;
     applyColors();
     openWindow();
+#ifdef Q_OS_LINUX
+    // The one that the package brings; looked for once the window is on its way. Wayland's desktops
+    // find it by the name of the desktop file.
+    QTimer::singleShot(0, this,
+                       [] { QApplication::setWindowIcon(QIcon::fromTheme(u"amorvelle"_s)); });
+#endif
 }
 
 void OstreloApp::openWindow()
