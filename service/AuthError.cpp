@@ -31,15 +31,14 @@ Reply replyFor(const AuthError &error, AuthErrorShape shape, const Call &call)
     const bool isNewest = shape == AuthErrorShape::Current
         && knowsNewestRelease(call.header("x-supabase-api-version"));
     nlohmann::ordered_json json;
-    if (isNewest) {
+    if (isNewest)
         json = {{"code", error.code}, {"message", error.message}};
-    } else if (shape == AuthErrorShape::Current) {
+    else if (shape == AuthErrorShape::Current)
         json = {{"code", error.status}, {"error_code", error.code}, {"msg", error.message}};
-    } else if (error.isGrant) {
+    else if (error.isGrant)
         json = {{"error", "invalid_grant"}, {"error_description", error.message}};
-    } else {
+    else
         json = {{"code", error.status}, {"msg", error.message}};
-    }
     if (error.code == "weak_password")
         json["weak_password"] = {{"reasons", {"length"}}};
     Reply reply;

@@ -102,11 +102,10 @@ Cluster::Cluster(const DataFolder &folder, const std::optional<UnixAccount> &acc
     , m_log(folder.path("postgres.log"))
     , m_programs(programFolder())
 {
-    if (fs::exists(m_folder.path("cluster"))) {
+    if (fs::exists(m_folder.path("cluster")))
         stopOrphanPostmaster(m_cluster);
-    } else {
+    else
         initialise();
-    }
     prepareSocketFolder();
     startServer();
 }

@@ -54,29 +54,28 @@ Options optionsFrom(int count, char **arguments)
         if (at + 1 == count)
             throw StartFailure(name + " is not understood, or lacks its value");
         const std::string value = arguments[++at];
-        if (name == "--data") {
+        if (name == "--data")
             options.data = std::filesystem::absolute(value);
-        } else if (name == "--supabase") {
+        else if (name == "--supabase")
             options.supabase = std::filesystem::absolute(value);
-        } else if (name == "--port") {
+        else if (name == "--port")
             options.port = numberFrom(name, value, 0, 65535);
-        } else if (name == "--ready-file") {
+        else if (name == "--ready-file")
             options.readyFile = std::filesystem::absolute(value);
-        } else if (name == "--max-rows") {
+        else if (name == "--max-rows")
             options.maxRows = numberFrom(name, value, 1, unbounded);
-        } else if (name == "--token-seconds") {
+        else if (name == "--token-seconds")
             options.tokenSeconds = numberFrom(name, value, 1, unbounded);
-        } else if (name == "--mail-pause") {
+        else if (name == "--mail-pause")
             options.mailPause = numberFrom(name, value, 0, unbounded);
-        } else if (name == "--auth-errors" && (value == "current" || value == "older")) {
+        else if (name == "--auth-errors" && (value == "current" || value == "older"))
             options.authErrors = value == "older" ? AuthErrorShape::Older : AuthErrorShape::Current;
-        } else if (name == "--rate-limit") {
+        else if (name == "--rate-limit")
             options.rateLimit = numberFrom(name, value, 0, unbounded);
-        } else if (name == "--seed-password") {
+        else if (name == "--seed-password")
             options.seedPassword = value;
-        } else {
+        else
             throw StartFailure(name + " " + value + " is not understood");
-        }
     }
     if (options.data.empty())
         throw StartFailure("--data FOLDER is missing");

@@ -65,11 +65,10 @@ bool LocalService::start()
         }
     }
     for (const QByteArray &line : linesOf(readyFile())) {
-        if (line.startsWith("SUPABASE_URL=")) {
+        if (line.startsWith("SUPABASE_URL="))
             m_url = QString::fromUtf8(line.mid(13));
-        } else if (line.startsWith("SUPABASE_KEY=")) {
+        else if (line.startsWith("SUPABASE_KEY="))
             m_key = QString::fromUtf8(line.mid(13));
-        }
     }
     return isRunning();
 }
