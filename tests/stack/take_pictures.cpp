@@ -85,8 +85,9 @@ void type(const QWidget *form, const QString &name, const QString &text)
     QTest::keyClicks(edit, text);
 }
 
-Sheet *openSheet(const QWidget *window)
+Sheet *openSheet(QWidget *window)
 {
+    window->activateWindow(); // which a menu that closes gives to nobody where no desktop does
     await("a sheet", [window] { return sheet(window) && sheet(window)->isActiveWindow(); });
     return sheet(window);
 }
