@@ -37,7 +37,11 @@ QCoro::Task<void> ContentView::appear()
     const QPointer<ContentView> self(this);
     if (!m_state.didPurgeSavedCredentials) {
         m_state.didPurgeSavedCredentials = true;
-        SupabaseClient::clearSavedCredentials();
+        try {
+            SupabaseClient::clearSavedCredentials();
+        } catch (...) {
+            // The list comes in every case.
+        }
     }
     if (!m_state.didAttemptAutoLogin) {
         m_state.didAttemptAutoLogin = true;

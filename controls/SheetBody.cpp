@@ -38,13 +38,18 @@ QAbstractSlider::SliderAction actionOf(int key)
     }
 }
 
-int leastHeightOf(const QWidget *content, int width)
+/// `room`, if the content can do with it, and otherwise what it would like to have.
+int heightIn(int room, const QWidget *content, int width)
 {
     const QLayout *layout = content->layout();
     if (!layout)
-        return content->sizeHint().height();
-    return layout->hasHeightForWidth() ? layout->totalMinimumHeightForWidth(width)
-                                       : layout->totalMinimumSize().height();
+        return std::max(room, content->sizeHint().height());
+    if (!layout->hasHeightForWidth()) {
+        return layout->totalMinimumSize().height() <= room ? room
+                                                           : layout->totalSizeHint().height();
+    }
+    return layout->totalMinimumHeightForWidth(width) <= room ? room
+                                                             : layout->totalHeightForWidth(width);
 }
 
 } // namespace
@@ -103,7 +108,7 @@ void SheetBody::setEdges(int above, int below)
 void SheetBody::layOutContent()
 {
     if (QWidget *content = widget()) {
-        content->resize(width(), std::max(height(), leastHeightOf(content, width())));
+        content->resize(width(), heightIn(height(), content, width()));
         placeEdges();
     }
 }

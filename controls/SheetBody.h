@@ -17,7 +17,7 @@ public:
 
     /// How much of its own height each edge takes when it shows; 0: none there.
     void setEdges(int above, int below);
-    /// Gives the content its size: as high as this, or as high as it must be.
+    /// Gives the content its size: as high as this where it can do with it, else as it likes.
     void layOutContent();
     /// Scrolls to a widget of the content.
     void reveal(const QWidget *widget);

@@ -2,6 +2,7 @@
 
 #include "browse/EventDetailView.h"
 #include "browse/Showing.h"
+#include "platform/NotificationCenter.h"
 #include "support/MembersWindow.h"
 #include "support/ViewMain.h"
 
@@ -9,6 +10,8 @@
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QWindow>
+
+#include <stdexcept>
 
 using namespace Qt::StringLiterals;
 using namespace WindowTest;
@@ -27,6 +30,15 @@ std::unique_ptr<QWidget> otherInFront()
     other->activateWindow();
     return QTest::qWaitForWindowActive(other.get()) ? std::move(other) : nullptr;
 }
+
+/// Hears what the session announces, and fails at it.
+struct FailingListener : QObject {
+    FailingListener()
+    {
+        connect(&NotificationCenter::defaultCenter(), &NotificationCenter::posted, this,
+                [] { throw std::runtime_error("no words for it"); });
+    }
+};
 
 } // namespace
 
@@ -56,6 +68,8 @@ private Q_SLOTS:
     void aWindowWithARunningRequestStaysOpen();
     void aWindowWithAnUntouchedFormCloses();
     void aWindowWithTypedCredentialsStaysOpen();
+    void aListenerThatFailsKeepsNoListFromLoading();
+    void aSignInThatFailsUnexpectedlySaysSo();
 
 private:
     bool isLoaded() const;
@@ -307,6 +321,28 @@ void TestWindowSheets::aWindowWithTypedCredentialsStaysOpen()
     QTRY_COMPARE(count(m_server, "POST", "/auth/"), before + 1);
     m_server.release();
     QTRY_VERIFY(m_window->close());
+}
+
+void TestWindowSheets::aListenerThatFailsKeepsNoListFromLoading()
+{
+    const FailingListener listener;
+    const auto window = shownWindow();
+    QTRY_VERIFY(named(window.get(), u"r0"_s));
+}
+
+void TestWindowSheets::aSignInThatFailsUnexpectedlySaysSo()
+{
+    SupabaseClient::signOut();
+    SupabaseClient::clearSavedCredentials();
+    QTRY_VERIFY(button(m_window.get(), u"Ajouter un compte"_s));
+    click(m_window.get(), u"Ajouter un compte"_s);
+    const QPointer<Sheet> form = sheet(m_window.get());
+    type(u"Email"_s, u"a@b.fr"_s);
+    type(u"Mot de passe"_s, u"secret"_s);
+    const FailingListener listener;
+    QTest::mouseClick(createAccount(form), Qt::LeftButton);
+    QTRY_VERIFY(named(form, u"An unexpected error occurred (no words for it)."_s));
+    QVERIFY(createAccount(form)->isEnabled());
 }
 
 int main(int argc, char *argv[])
