@@ -1,13 +1,16 @@
 #include "app/OstreloApp.h"
 #include "browse/ContentView.h"
+#include "controls/Sheet.h"
 #include "look/Colors.h"
 #include "support/OwnHome.h"
 #include "support/PrivateBus.h"
 #include "support/StandInPortal.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QLineEdit>
 #include <QMenu>
+#include <QPointer>
 #include <QTest>
 #include <QTimer>
 
@@ -65,6 +68,7 @@ private Q_SLOTS:
     void aHeldKeyOpensOneWindowAndClosesOne();
     void aWindowClosesFromTheKeyboardAndLeavesTheOthers();
     void quittingClosesAllWindows();
+    void underASheetWindowsOpenAndCloseFromTheKeyboard();
     void theProgramEndsWithItsLastWindow();
     void theToolkitsOwnTextsAreInTheUsersLanguage();
 
@@ -204,6 +208,41 @@ void TestApp::quittingClosesAllWindows()
     front->activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(front));
     QTest::keyClick(front, Qt::Key_Q, Qt::ControlModifier);
+    QTRY_VERIFY(windows().isEmpty());
+}
+
+void TestApp::underASheetWindowsOpenAndCloseFromTheKeyboard()
+{
+    const OstreloApp app;
+    QTRY_VERIFY(onlyWindow());
+    ContentView *first = onlyWindow();
+    QVERIFY(QTest::qWaitForWindowActive(first));
+    const auto buttons = first->findChildren<QAbstractButton *>();
+    const auto addAccount =
+        std::find_if(buttons.begin(), buttons.end(), [](const QAbstractButton *button) {
+            return button->text() == u"Ajouter un compte"_s;
+        });
+    QVERIFY(addAccount != buttons.end());
+    QTest::mouseClick(*addAccount, Qt::LeftButton);
+    const QPointer<Sheet> form = first->findChild<Sheet *>();
+    QVERIFY(form && form->isVisible());
+    auto *email = form->findChild<QLineEdit *>();
+    QTRY_VERIFY(email->hasFocus());
+
+    QTest::keyClick(email, Qt::Key_N, Qt::ControlModifier);
+    QTRY_COMPARE(windows().size(), 2);
+    QTest::keyClicks(email, u"a@b.fr"_s);
+    // What is typed stays, and the window that has nothing to lose goes.
+    first->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(first));
+    QTest::keyClick(email, Qt::Key_Q, Qt::ControlModifier);
+    QTRY_COMPARE(onlyWindow(), first);
+    QTest::keyClick(email, Qt::Key_W, Qt::ControlModifier);
+    QTest::qWait(0);
+    QCOMPARE(onlyWindow(), first);
+    QCOMPARE(email->text(), u"a@b.fr"_s);
+    email->clear();
+    QTest::keyClick(email, Qt::Key_W, Qt::ControlModifier);
     QTRY_VERIFY(windows().isEmpty());
 }
 

@@ -12,8 +12,10 @@
 #include "support/MembersWindow.h"
 #include "support/ViewMain.h"
 
+#include <QFile>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QTemporaryDir>
 
 #include <functional>
 
@@ -190,8 +192,16 @@ void TestLargeType::labelsOfTheSignInFormBreakNoWord()
 
 int main(int argc, char *argv[])
 {
-    // The platform without a display has a font of 9 pt: here of 18.
-    qputenv("QT_FONT_DPI", "192");
+    // The platform without a display has a font of 9 pt; on this screen it is as large as one of
+    // 18 pt is on another.
+    const QTemporaryDir folder;
+    QFile screen(folder.filePath(u"screen.json"_s));
+    if (!screen.open(QIODevice::WriteOnly))
+        return 1;
+    screen.write(R"({"screens":[{"name":"a","x":0,"y":0,"width":1600,"height":1000,)"
+                 R"("logicalDpi":192,"logicalBaseDpi":192,"dpr":1}]})");
+    screen.close();
+    qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + QFile::encodeName(screen.fileName()));
     return runWithService<TestLargeType>(argc, argv);
 }
 
