@@ -17,6 +17,7 @@
 namespace {
 
 constexpr int labelGap = 10;
+constexpr int labelAbove = 6; ///< between the label and the track where it stands above that
 constexpr int trackRadius = 7;
 constexpr int inset = 2;
 constexpr int segmentRadius = 5;
@@ -102,26 +103,60 @@ protected:
 SegmentedControl::SegmentedControl(const QString &label, const QStringList &segments,
                                    QWidget *parent)
     : QWidget(parent)
+    , m_label(new TextLabel(label, appFont(13), primaryText, this))
+    , m_track(new Track(this))
 {
-    auto *shownLabel = new TextLabel(label, appFont(13), primaryText, this);
-    auto *track = new Track(this);
     setAccessibleName(label);
     setAccessibleRole(this, QAccessible::Grouping);
-    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+    QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Preferred);
+    policy.setHeightForWidth(true);
+    setSizePolicy(policy);
 
-    auto *trackRow = new QHBoxLayout(track);
+    auto *trackRow = new QHBoxLayout(m_track);
     trackRow->setContentsMargins(inset, inset, inset, inset);
     trackRow->setSpacing(0);
     for (const QString &text : segments)
-        addSegment(text, track);
+        addSegment(text, m_track);
     setCurrentIndex(0);
+}
 
-    auto *row = new QHBoxLayout(this);
-    row->setContentsMargins(0, 0, 0, 0);
-    row->setSpacing(labelGap);
-    row->addWidget(shownLabel, 0, Qt::AlignVCenter);
-    row->addWidget(track);
-    row->addStretch();
+int SegmentedControl::heightForWidth(int width) const
+{
+    const int track = m_track->sizeHint().height();
+    return isOneRow(width) ? track : m_label->heightForWidth(width) + labelAbove + track;
+}
+
+QSize SegmentedControl::sizeHint() const
+{
+    return {m_label->sizeHint().width() + labelGap + m_track->sizeHint().width(),
+            m_track->sizeHint().height()};
+}
+
+QSize SegmentedControl::minimumSizeHint() const
+{
+    const QSize track = m_track->minimumSizeHint();
+    return {std::max(m_label->minimumSizeHint().width(), track.width()), track.height()};
+}
+
+void SegmentedControl::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    const QSize label(std::min(width(), m_label->sizeHint().width()),
+                      m_label->heightForWidth(width()));
+    const QSize track = m_track->sizeHint();
+    if (isOneRow(width())) {
+        m_label->setGeometry({{0, (track.height() - label.height()) / 2}, label});
+        m_track->setGeometry({{label.width() + labelGap, 0}, track});
+    } else {
+        m_label->setGeometry({{0, 0}, label});
+        m_track->setGeometry(0, label.height() + labelAbove, std::min(width(), track.width()),
+                             track.height());
+    }
+}
+
+bool SegmentedControl::isOneRow(int width) const
+{
+    return sizeHint().width() <= width;
 }
 
 void SegmentedControl::setCurrentIndex(int index)

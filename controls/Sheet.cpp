@@ -20,7 +20,7 @@ namespace {
 constexpr int clearOfWindow = 16; ///< below and at the sides
 constexpr int clearOfFields = 12; ///< of what stays put, where fields are hidden under it
 constexpr int footerLine = 1;
-constexpr int leastScrolling = 80; ///< a field and its caption stay to be seen
+constexpr int tallestField = 80; ///< it stays to be seen whole
 
 int heightOf(const QWidget *part, int width)
 {
@@ -241,6 +241,7 @@ int Sheet::roomForFooter(int width, int room) const
     const QLayout *layout = m_footer->layout();
     const int least = layout ? layout->totalMinimumSize().height() : 0;
     const int natural = heightOf(m_footer, width);
+    const int leastScrolling = scaled(tallestField) + 2 * clearOfFields;
     return line() + std::min(natural, std::max(least, room - line() - leastScrolling));
 }
 
