@@ -11,7 +11,10 @@
 #include <QSignalSpy>
 #include <QWindow>
 
+#include <memory>
+#include <optional>
 #include <stdexcept>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 using namespace WindowTest;
