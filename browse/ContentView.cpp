@@ -1,19 +1,12 @@
 #include "browse/ContentView.h"
 
-#include "account/AccountMenuView.h"
-#include "account/LoginView.h"
 #include "backend/SupabaseClient.h"
 #include "backend/Unattended.h"
-#include "browse/DeleteConfirmation.h"
-#include "browse/EventDetailView.h"
 #include "browse/EventList.h"
 #include "controls/BusyIndicator.h"
 #include "controls/ErrorText.h"
 #include "controls/Pane.h"
-#include "controls/Popover.h"
-#include "controls/Sheet.h"
 #include "controls/TabView.h"
-#include "editor/AddEventView.h"
 #include "look/KeyboardFocus.h"
 #include "platform/NotificationCenter.h"
 
@@ -28,32 +21,6 @@
 #include <utility>
 
 using namespace Qt::StringLiterals;
-
-namespace {
-
-/// The e-mail address beside the account button: the session's, else the remembered one.
-std::optional<QString> savedEmailDisplay(const std::optional<QString> &savedEmail)
-{
-    for (const auto &email : {SupabaseClient::session().userEmail, savedEmail}) {
-        if (email && !email->isEmpty())
-            return email;
-    }
-    return {};
-}
-
-/// The sheet about an event, by that event; none without it.
-std::optional<QString> idOf(const std::optional<Event> &event)
-{
-    return event ? std::optional(event->id) : std::nullopt;
-}
-
-/// The sheet or menu of which there is but one.
-std::optional<QString> onlyOneIf(bool isAskedFor)
-{
-    return isAskedFor ? std::optional(QString()) : std::nullopt;
-}
-
-} // namespace
 
 ContentView::ContentView(QWidget *parent, Now now)
     : QWidget(parent)
@@ -112,6 +79,15 @@ ContentView::ContentView(QWidget *parent, Now now)
     followSession();
     // Otherwise the first control would have it unseen, and Space would press that.
     setFocus();
+}
+
+std::optional<QString> ContentView::savedEmailDisplay() const
+{
+    for (const auto &email : {SupabaseClient::session().userEmail, m_state.savedEmail}) {
+        if (email && !email->isEmpty())
+            return email;
+    }
+    return {};
 }
 
 QSize ContentView::sizeHint() const
@@ -177,7 +153,7 @@ void ContentView::render()
     m_header->setContent({
         .isSignedIn = m_state.isSignedIn,
         .hasSavedCredentials = m_state.hasSavedCredentials,
-        .email = savedEmailDisplay(m_state.savedEmail),
+        .email = savedEmailDisplay(),
         .isAccountMenuPresented = m_state.isAccountMenuPresented,
     });
     m_error->setText(m_state.errorMessage.value_or(QString()));
@@ -190,95 +166,6 @@ void ContentView::render()
         showBody(m_pane);
     renderSheets();
     renderAccountMenu();
-}
-
-void ContentView::renderSheets()
-{
-    const auto clear = [this](auto State::*member) {
-        return [this, member] {
-            m_state.*member = {};
-            render();
-        };
-    };
-    const auto clearEvent = [this](std::optional<Event> State::*member) {
-        return [this, member] {
-            const QString id = (m_state.*member)->id;
-            (m_state.*member).reset();
-            render();
-            putBackFocus(id);
-        };
-    };
-    const auto form = [this](const std::optional<Event> &event) {
-        return new AddEventView(
-            event, [window = QPointer(this)] { return reloadAfterSave(window); }, this, m_now);
-    };
-    m_detail.keep(
-        idOf(m_state.selectedEvent),
-        [this] { return new EventDetailView(*m_state.selectedEvent, Calendar::current(), this); },
-        clearEvent(&State::selectedEvent));
-    m_login.keep(
-        onlyOneIf(m_state.isLoginPresented),
-        [this] { return new LoginView(m_state.loginMode, this); }, clear(&State::isLoginPresented));
-    m_add.keep(
-        onlyOneIf(m_state.isAddPresented), [form] { return form({}); },
-        clear(&State::isAddPresented));
-    m_edit.keep(
-        idOf(m_state.eventToEdit), [this, form] { return form(m_state.eventToEdit); },
-        clearEvent(&State::eventToEdit));
-    m_confirmation.keep(
-        idOf(m_state.eventToDelete),
-        [this] {
-            return new DeleteConfirmation(
-                [this] {
-                    if (m_state.eventToDelete)
-                        runUnattended(deleteEvent(*m_state.eventToDelete));
-                },
-                this);
-        },
-        clearEvent(&State::eventToDelete));
-}
-
-void ContentView::renderAccountMenu()
-{
-    m_accountMenu.keep(
-        onlyOneIf(m_state.isAccountMenuPresented),
-        [this] {
-            auto *menu = new Popover(m_header->accountButton());
-            menu->setContent(makeAccountMenu());
-            return menu;
-        },
-        [this] { leaveAccountMenu(); });
-}
-
-QWidget *ContentView::makeAccountMenu()
-{
-    return new AccountMenuView({
-        .isSignedIn = m_state.isSignedIn,
-        .hasSavedCredentials = m_state.hasSavedCredentials,
-        .email = savedEmailDisplay(m_state.savedEmail),
-        .onConnect =
-            [this] {
-                connectAgain();
-                leaveAccountMenu();
-            },
-        .onLogout =
-            [this] {
-                SupabaseClient::signOut();
-                leaveAccountMenu();
-            },
-        .onRemove =
-            [this] {
-                SupabaseClient::signOut();
-                SupabaseClient::clearSavedCredentials();
-                leaveAccountMenu();
-            },
-    });
-}
-
-void ContentView::leaveAccountMenu()
-{
-    m_state.isAccountMenuPresented = false;
-    render();
 }
 
 void ContentView::putBackFocus(const QString &eventId)

@@ -85,6 +85,8 @@ private:
     void render();
     void renderEvents();
     void renderSheets();
+    /// The e-mail address beside the account button: the session's, else the remembered one.
+    std::optional<QString> savedEmailDisplay() const;
     void renderAccountMenu();
     QWidget *makeAccountMenu();
     void leaveAccountMenu();
