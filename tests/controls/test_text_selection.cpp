@@ -33,7 +33,7 @@ struct Page {
     SymbolLabel *mail;
     QWidget *last; ///< for the keyboard to go on to
 
-    explicit Page(const QString &shown = u"Chacun apporte un bol et une histoire."_s)
+    explicit Page(const QString &shown = u"Chacun apporte un bol et les voisins des histoires."_s)
         : text(new TextLabel(shown, appFont(13), primaryText, &window))
         , mail(new SymbolLabel(Symbol::Envelope, address, &window))
         , last(new QWidget(&window))
