@@ -49,6 +49,12 @@ SectionList::SectionList(std::function<SectionListRow *()> makeRow, QWidget *par
     connect(m_bar, &QScrollBar::sliderReleased, this, &SectionList::followBody);
 }
 
+SectionList::~SectionList()
+{
+    // It would follow the focus out of rows that outlive the body that it asks.
+    delete m_focus;
+}
+
 void SectionList::setContent(SectionListContent content)
 {
     QHash<QString, int> former;

@@ -24,6 +24,7 @@ class SectionList : public QWidget {
 public:
     /// `makeRow` makes an empty row, which the list then owns.
     explicit SectionList(std::function<SectionListRow *()> makeRow, QWidget *parent = nullptr);
+    ~SectionList() override;
 
     /// Replaces the content. What keeps its id keeps its focus, its selection and, if it is what
     /// the eye reads first, its place; if that row is gone, the nearest one in view that is left

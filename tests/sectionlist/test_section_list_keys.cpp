@@ -2,6 +2,8 @@
 
 #include "support/SectionListFixture.h"
 
+#include <memory>
+
 using namespace Qt::StringLiterals;
 
 class TestSectionListKeys : public QObject {
@@ -20,6 +22,7 @@ private Q_SLOTS:
     void aFocusedRowScrolledAwayKeepsTheFocusAndComesBack();
     void theFocusComesBackAfterASheet();
     void aHiddenButtonLeavesTheFocusToItsRow();
+    void aListDestroyedWithTheFocusInItIsJustGone();
 };
 
 void TestSectionListKeys::enterReturnAndSpaceOpenTheRow()
@@ -265,6 +268,19 @@ void TestSectionListKeys::aHiddenButtonLeavesTheFocusToItsRow()
     QCOMPARE(QApplication::focusWidget(), window.row(0));
     window.key(Qt::Key_Tab);
     QCOMPARE(QApplication::focusWidget(), window.after);
+}
+
+void TestSectionListKeys::aListDestroyedWithTheFocusInItIsJustGone()
+{
+    for (int tabs = 1; tabs <= 2; ++tabs) {
+        auto window = std::make_unique<ListWindow>();
+        window->setRows(50);
+        for (int tab = 0; tab < tabs; ++tab)
+            window->key(Qt::Key_Tab);
+        QVERIFY(window->list->isAncestorOf(QApplication::focusWidget()));
+        window.reset();
+        QCOMPARE(QApplication::focusWidget(), nullptr);
+    }
 }
 
 QTEST_MAIN(TestSectionListKeys)
