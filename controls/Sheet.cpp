@@ -11,7 +11,6 @@
 #include <QKeyEvent>
 #include <QLayout>
 #include <QPainter>
-#include <QStyleHints>
 
 #include <algorithm>
 
@@ -31,15 +30,6 @@ int heightOf(const QWidget *part, int width)
                                            : layout->totalSizeHint().height();
     }
     return part->hasHeightForWidth() ? part->heightForWidth(width) : part->sizeHint().height();
-}
-
-bool takesTab(const QWidget *widget)
-{
-    const auto asked = QGuiApplication::styleHints()->tabFocusBehavior() == Qt::TabFocusAllControls
-        ? Qt::TabFocus
-        : Qt::StrongFocus;
-    return (widget->focusPolicy() & asked) == asked && !widget->focusProxy() && widget->isVisible()
-        && widget->isEnabled();
 }
 
 } // namespace
@@ -172,20 +162,6 @@ bool Sheet::filterWindow(QEvent *event)
         break;
     }
     return false;
-}
-
-bool Sheet::focusNextPrevChild(bool next)
-{
-    QWidget *from = focusWidget() ? focusWidget() : this;
-    QWidget *to = from;
-    do {
-        to = next ? to->nextInFocusChain() : to->previousInFocusChain();
-        if (isAncestorOf(to) && takesTab(to)) {
-            to->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
-            break;
-        }
-    } while (to != from);
-    return true; // it never leaves
 }
 
 void Sheet::hideEvent(QHideEvent *event)
