@@ -38,19 +38,15 @@ QNetworkRequest networkRequest(const Request &request, const Limits &limits)
     // The same protocol everywhere: over TLS the manager would else choose HTTP/2 and its own rules
     // of repeating.
     prepared.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
-    for (const auto attribute :
-         {QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::CookieSaveControlAttribute,
-          QNetworkRequest::AuthenticationReuseAttribute})
-        prepared.setAttribute(attribute, QNetworkRequest::Manual);
+    prepared.setAttribute(QNetworkRequest::AuthenticationReuseAttribute, QNetworkRequest::Manual);
     prepared.setTransferTimeout(static_cast<int>(limits.silence.count()));
     return prepared;
 }
 
 } // namespace
 
-Exchange::Exchange(QNetworkAccessManager &reader, const Limits &limits, QObject *parent)
+Exchange::Exchange(const Limits &limits, QObject *parent)
     : QObject(parent)
-    , m_reader(reader)
     , m_limits(limits)
 {
     m_nextTurn.setSingleShot(true);
@@ -60,15 +56,12 @@ Exchange::Exchange(QNetworkAccessManager &reader, const Limits &limits, QObject 
 void Exchange::send(const Request &request)
 {
     QNetworkRequest prepared = networkRequest(request, m_limits);
-    if (request.verb == "GET") {
-        m_reply = m_reader.get(prepared);
-    } else {
-        prepared.setAttribute(QNetworkRequest::DoNotBufferUploadDataAttribute, true);
-        prepared.setHeader(QNetworkRequest::ContentLengthHeader, request.body.size());
-        auto *const manager = new QNetworkAccessManager(this);
-        m_reply =
-            manager->sendCustomRequest(prepared, request.verb, new OneShotBody(request.body, this));
-    }
+    // What has no body, a read too, gets an empty one: only a body that cannot be rewound keeps the
+    // manager from sending again.
+    prepared.setAttribute(QNetworkRequest::DoNotBufferUploadDataAttribute, true);
+    prepared.setHeader(QNetworkRequest::ContentLengthHeader, request.body.size());
+    m_reply =
+        m_manager.sendCustomRequest(prepared, request.verb, new OneShotBody(request.body, this));
     connect(m_reply, &QNetworkReply::metaDataChanged, this, &Exchange::checkLength);
     connect(m_reply, &QNetworkReply::readyRead, &m_nextTurn, qOverload<>(&QTimer::start));
     connect(m_reply, &QNetworkReply::finished, this, &Exchange::drain);

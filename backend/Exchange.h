@@ -26,14 +26,16 @@ struct Received {
 };
 
 /// One request on its way and the one reply to it: follows nothing and repeats nothing.
+///
+/// Each has a network manager, and thus a connection, of its own. Left to itself the manager sends
+/// again what a connection swallowed, on a fresh connection too, and takes an interim answer (103,
+/// say) for the reply, so that the real one answers whatever asks next over that connection. Here
+/// nothing can ask next.
 class Exchange : public QObject {
     Q_OBJECT
 
 public:
-    /// `reader` serves requests that only read. A write goes through a manager of its own: it finds
-    /// no kept connection there that may have gone stale, and clearing the shared one's instead
-    /// would stop the requests that are in flight on it.
-    Exchange(QNetworkAccessManager &reader, const Limits &limits, QObject *parent);
+    explicit Exchange(const Limits &limits, QObject *parent = nullptr);
 
     /// To be called once; ends with `ended`.
     void send(const Request &request);
@@ -49,7 +51,7 @@ private:
     void giveUp();
     void finish();
 
-    QNetworkAccessManager &m_reader;
+    QNetworkAccessManager m_manager;
     Limits m_limits;
     QNetworkReply *m_reply = nullptr;
     QTimer m_nextTurn;

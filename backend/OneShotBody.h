@@ -5,8 +5,8 @@
 /// A request's body that can be read once.
 ///
 /// The network manager silently sends a request again when a connection drops before the reply
-/// came, also a write, which then happens twice. It has to rewind the body for that: this one
-/// cannot be rewound.
+/// came, also a write, which then happens twice. It has to rewind the body for that, be it empty:
+/// this one cannot be rewound.
 class OneShotBody : public QIODevice {
     Q_OBJECT
 

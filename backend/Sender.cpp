@@ -59,7 +59,7 @@ QCoro::Task<Reply> Sender::send(Request request)
         // authority, and the manager would answer challenges with it by sending once more.
         request.address.setUserInfo({});
         // Resumed inside its signal, hence not to be deleted at once.
-        const std::unique_ptr<Exchange, Later> exchange(new Exchange(m_reader, m_limits, this));
+        const std::unique_ptr<Exchange, Later> exchange(new Exchange(m_limits, this));
         WaitingRoom::Seat end(m_room);
         connect(exchange.get(), &Exchange::ended, exchange.get(), end.wake());
         exchange->send(request);

@@ -6,13 +6,12 @@
 #include "backend/WaitingRoom.h"
 #include "platform/Worker.h"
 
-#include <QNetworkAccessManager>
+#include <QObject>
 
 /// The one way out: sends requests over HTTP/1.1 and brings back whole replies, inflated.
 ///
-/// A request that changes something reaches the service at most once, whatever the connection does.
-/// One that reads follows redirects within its origin, and the network manager may send it again
-/// when a kept connection turns out to be closed.
+/// A request reaches the service at most once, whatever the connection does. One that reads follows
+/// redirects within its origin.
 class Sender : public QObject {
     Q_OBJECT
 
@@ -32,5 +31,4 @@ private:
     Worker &m_worker;
     WaitingRoom &m_room;
     Limits m_limits;
-    QNetworkAccessManager m_reader;
 };

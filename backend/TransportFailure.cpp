@@ -31,6 +31,12 @@ bool isCut(const Received &received)
     return received.body.size() < received.announced.value_or(0);
 }
 
+// An interim answer (102, 103) only announces the reply, which the manager no longer waits for.
+bool isInterim(const Received &received)
+{
+    return received.status && *received.status < 200;
+}
+
 QString text(QNetworkReply::NetworkError error, const QUrl &address, const Limits &limits)
 {
     switch (error) {
@@ -86,6 +92,8 @@ std::optional<TransportError> transportFailure(const Received &received, const Q
 {
     if (received.isTooLarge)
         return tooLargeReply(limits.largestReply);
+    if (isInterim(received))
+        return TransportError(u"The reply is broken: an interim answer came in its place."_s);
     if (isCut(received) && received.error != QNetworkReply::OperationCanceledError)
         return TransportError(text(QNetworkReply::RemoteHostClosedError, address, limits));
     if (received.error == QNetworkReply::NoError

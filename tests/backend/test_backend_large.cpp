@@ -75,8 +75,7 @@ private Q_SLOTS:
         }));
         elsewhere->start();
 
-        QNetworkAccessManager manager;
-        Exchange exchange(manager, {}, nullptr);
+        Exchange exchange({});
         exchange.send({"GET", QUrl(base.get_future().get()), {}, {}});
         QTRY_VERIFY(isAsked);
         // The thread is busy with something else now; the manager's own goes on.
