@@ -6,12 +6,12 @@
 #include "model/EventCreatePayload.h"
 
 /// Reads all events: as the signed-in member, else as the public. Throws SupabaseError
-/// `missingConfig` or `invalidURL`.
+/// `missingConfig` or `invalidURL`, or TransportError for a host that cannot be.
 Request fetchEventsRequest(const Configuration &configuration, const Session &session);
 
 // What only members may do. These throw SupabaseError, and look in this order: `authError` when
 // nobody is signed in (who is signed out reads that, even where nothing is configured),
-// `missingConfig`, `invalidURL`.
+// `missingConfig`, `invalidURL`; then TransportError, for a host that cannot be.
 
 /// Writes a new event.
 Request createEventRequest(const Configuration &configuration, const Session &session,

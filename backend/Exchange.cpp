@@ -4,22 +4,30 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /// So much is taken over in one turn of the event loop, in bytes: about a millisecond. A thread
 /// that was held up finds dozens of megabytes at once, and would be held up again by copying them.
 constexpr qint64 mostInOneTurn = 2'000'000;
 
-// The manager makes one slash of two at the front of a path; given one more, it sends two.
-QUrl sentAsIs(QUrl address)
+// The path that the manager sends for an address.
+QString sentPath(const QUrl &address)
+{
+    const QUrl sent(address.adjusted(QUrl::NormalizePathSegments | QUrl::RemoveQuery));
+    return sent.path(QUrl::FullyEncoded);
+}
+
+// Of slashes at the front of a path the manager drops one: give it one more.
+QUrl sentAsIs(const QUrl &address)
 {
     const QString path = address.path(QUrl::FullyEncoded);
-    const QUrl::FormattingOptions asTarget =
-        QUrl::RemoveScheme | QUrl::RemoveAuthority | QUrl::NormalizePathSegments;
-    if (path.startsWith(QLatin1StringView("//"))
-        && !address.toEncoded(asTarget | QUrl::FullyEncoded).startsWith("//"))
-        address.setPath(u'/' + path, QUrl::StrictMode);
-    return address;
+    if (!path.startsWith("//"_L1) || sentPath(address) == path)
+        return address;
+    QUrl longer = address;
+    longer.setPath(u'/' + path, QUrl::StrictMode);
+    return sentPath(longer) == path ? longer : address;
 }
 
 QNetworkRequest networkRequest(const Request &request, const Limits &limits)
@@ -70,13 +78,12 @@ void Exchange::send(const Request &request)
 void Exchange::checkLength()
 {
     const QVariant length = m_reply->header(QNetworkRequest::ContentLengthHeader);
-    if (!length.isValid())
+    // A body in chunks says itself where it ends, whatever else was said of its length.
+    if (!length.isValid() || m_reply->rawHeader("Transfer-Encoding").toLower().contains("chunked"))
         return;
     m_received.announced = length.toLongLong();
     if (*m_received.announced > m_limits.largestReply)
         giveUp();
-    else if (*m_received.announced > m_received.body.capacity())
-        m_received.body.reserve(*m_received.announced);
 }
 
 void Exchange::drain()

@@ -1,6 +1,7 @@
 #include "backend/RequestParts.h"
 
 #include "backend/SupabaseError.h"
+#include "backend/TransportFailure.h"
 #include "platform/Address.h"
 
 #include <optional>
@@ -36,5 +37,7 @@ QUrl addressOf(const Configuration &configuration, const QString &path)
     const std::optional<QUrl> address = requestAddress(configuration.supabaseURL + path);
     if (!address)
         throw SupabaseError::invalidURL(configuration.supabaseURL);
+    if (!address->isValid())
+        throw unknownHost(hostAsWritten(configuration.supabaseURL + path));
     return *address;
 }

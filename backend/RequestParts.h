@@ -21,5 +21,5 @@ Header bearer(const QString &token);
 /// Throws SupabaseError `missingConfig` unless there is an address and a key.
 void requireComplete(const Configuration &configuration);
 /// The base address with `path` behind it, as one text. Throws SupabaseError `invalidURL` when that
-/// is no address.
+/// is no address, TransportError when it is one of a host that cannot be.
 QUrl addressOf(const Configuration &configuration, const QString &path);

@@ -32,8 +32,6 @@ void requireFitting(const Request &request)
                 u"The request was not sent: its header \"%1\" has a character that no header "
                 "can carry."_s.arg(QLatin1StringView(name)));
     }
-    if (!request.address.isValid() || request.address.host().isEmpty())
-        throw unknownHost(request.address);
 }
 
 struct Later {

@@ -41,7 +41,7 @@ QString text(QNetworkReply::NetworkError error, const QUrl &address, const Limit
 {
     switch (error) {
     case QNetworkReply::HostNotFoundError:
-        return unknownHost(address).localizedDescription();
+        return unknownHost(address.host()).localizedDescription();
     case QNetworkReply::ConnectionRefusedError:
         return u"The server \"%1\" refused the connection."_s.arg(address.host());
     case QNetworkReply::RemoteHostClosedError:
@@ -76,9 +76,9 @@ QString text(QNetworkReply::NetworkError error, const QUrl &address, const Limit
 
 } // namespace
 
-TransportError unknownHost(const QUrl &address)
+TransportError unknownHost(const QString &host)
 {
-    return TransportError(u"The server \"%1\" cannot be found."_s.arg(address.host()));
+    return TransportError(u"The server \"%1\" cannot be found."_s.arg(host));
 }
 
 TransportError tooLargeReply(qint64 largest)

@@ -12,6 +12,6 @@ std::optional<TransportError> transportFailure(const Received &received, const Q
                                                const Limits &limits);
 
 /// The failure of an address whose host cannot be found, or cannot exist.
-TransportError unknownHost(const QUrl &address);
+TransportError unknownHost(const QString &host);
 /// The failure of a body of more than `largest` bytes.
 TransportError tooLargeReply(qint64 largest);

@@ -183,10 +183,16 @@ std::optional<QUrl> requestAddress(QStringView text)
     if (!parse(text, AsciiOnly))
         return std::nullopt;
     QUrl url(text.toString(), QUrl::StrictMode);
-    // RFC 6761 keeps "invalid" free of hosts.
-    if (!url.isValid() || url.host().isEmpty())
-        return QUrl(u"https://host.invalid/"_s);
-    return url;
+    return url.host().isEmpty() ? QUrl() : url;
+}
+
+QString hostAsWritten(QStringView text)
+{
+    const auto parts = parse(text, AsciiOnly);
+    if (!parts)
+        return {};
+    const QStringView authority = parts->authority;
+    return authority.sliced(authority.lastIndexOf(u'@') + 1).toString();
 }
 
 bool formsLink(QStringView text)

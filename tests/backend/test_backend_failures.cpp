@@ -80,6 +80,28 @@ private Q_SLOTS:
         QVERIFY(outcome.errorAs<TransportError>() != nullptr);
     }
 
+    void aHostThatCannotBeIsToldInTheOperatorsWords_data()
+    {
+        QTest::addColumn<QString>("base");
+        QTest::addColumn<QString>("host");
+        QTest::newRow("a port too large") << u"https://x:99999"_s << u"x:99999"_s;
+        QTest::newRow("an escape") << u"https://Vil%20lage.fr"_s << u"Vil%20lage.fr"_s;
+        QTest::newRow("a secret before it") << u"https://nom:mot@x:70000/a"_s << u"x:70000"_s;
+        QTest::newRow("none") << u"https://"_s << QString();
+    }
+
+    void aHostThatCannotBeIsToldInTheOperatorsWords()
+    {
+        QFETCH(QString, base);
+        QFETCH(QString, host);
+        LocalBackend backend({base, u"k"_s});
+        const QString text = u"The server \"%1\" cannot be found."_s.arg(host);
+        for (const QString &failure : {outcomeOf(backend.fetchEvents()).failure(),
+                                       outcomeOf(backend.signIn(u"a"_s, u"b"_s)).failure(),
+                                       outcomeOf(backend.signUp(u"a"_s, u"b"_s)).failure()})
+            QCOMPARE(failure, text);
+    }
+
     void aBackendThatGoesEndsWhatIsOnItsWay()
     {
         HttpServer server;

@@ -31,6 +31,9 @@ private Q_SLOTS:
         QTest::newRow("chunked") << HttpAnswer::chunked(
             200, {QByteArray(rows).first(9), QByteArray(rows).sliced(9)});
         QTest::newRow("chunked, in pieces") << HttpAnswer::chunked(200, {rows}).inPieces(5, 1);
+        for (const char *const length : {"2", "9", "5000", "999999999999", "-1", "x"})
+            QTest::addRow("chunked, with a length of %s", length)
+                << HttpAnswer::chunked(200, {rows}, {{"Content-Length", length}});
         QTest::newRow("until the connection ends")
             << HttpAnswer::raw(QByteArray("HTTP/1.1 200 OK\r\n\r\n") + rows).thenFin();
         QTest::newRow("as HTTP/1.0")

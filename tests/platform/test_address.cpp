@@ -16,7 +16,7 @@ QJsonValue asked(const QString &text)
     const auto url = requestAddress(text);
     if (!url)
         return QJsonValue::Null;
-    if (url->host() == u"host.invalid")
+    if (!url->isValid())
         return text;
     QString written = url->toString(QUrl::FullyEncoded);
     if (text.startsWith(u"https://1/"))
@@ -35,7 +35,8 @@ private Q_SLOTS:
     void linksAreOfferedWhenTheyFormAnAddress();
     void furtherAddresses_data();
     void furtherAddresses();
-    void anAddressWithoutAHostCannotBeFound();
+    void anAddressWithoutAHostCannotBeAsked();
+    void aHostIsToldAsItIsWritten();
 };
 
 void TestAddress::addressesAreReadStrictly()
@@ -99,12 +100,19 @@ void TestAddress::furtherAddresses()
     QTEST(formsLink(text), "isLink");
 }
 
-void TestAddress::anAddressWithoutAHostCannotBeFound()
+void TestAddress::anAddressWithoutAHostCannotBeAsked()
 {
     const auto url = requestAddress(u"https:///rest/v1/events");
     QVERIFY(url);
-    QVERIFY(url->isValid());
-    QVERIFY(url->host().endsWith(u".invalid"));
+    QVERIFY(!url->isValid());
+}
+
+void TestAddress::aHostIsToldAsItIsWritten()
+{
+    QCOMPARE(hostAsWritten(u"https://X.fr:99999/a@b"), u"X.fr:99999"_s);
+    QCOMPARE(hostAsWritten(u"https://nom:mot@x%2Ey/a"), u"x%2Ey"_s);
+    QCOMPARE(hostAsWritten(u"https:///a"), QString());
+    QCOMPARE(hostAsWritten(u"a b"), QString());
 }
 
 QTEST_GUILESS_MAIN(TestAddress)
