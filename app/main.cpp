@@ -1,4 +1,5 @@
 #include "app/OstreloApp.h"
+#include "backend/SupabaseClient.h"
 
 #include <QApplication>
 
@@ -9,6 +10,7 @@ int main(int argc, char *argv[])
     QApplication::setApplicationName(u"aMorvelle"_s);
     QApplication::setDesktopFileName(u"amorvelle"_s);
     QApplication application(argc, argv);
+    const SupabaseClient::Lifetime service;
     const OstreloApp ostrelo;
     return QApplication::exec();
 }

@@ -5,6 +5,7 @@
 #include "backend/AuthRequests.h"
 #include "backend/DecodeOnWorker.h"
 #include "backend/EventRequests.h"
+#include "backend/ReadReply.h"
 #include "backend/SupabaseError.h"
 
 #include <QEventLoopLocker>
@@ -31,11 +32,6 @@ Backend::~Backend()
     m_room.close();
 }
 
-QString Backend::defaultDiagnosticFile()
-{
-    return u"/tmp/events-response.json"_s;
-}
-
 const QString &Backend::authChangedNotification()
 {
     static const QString name = u"SupabaseAuthChanged"_s;
@@ -47,7 +43,8 @@ QCoro::Task<QList<Event>> Backend::fetchEvents()
     Request request = fetchEventsRequest(m_configuration, m_session);
     QCoro::Task<Reply> sending = m_sender.send(std::move(request));
     Reply reply = co_await sending;
-    QByteArray body = judged(reply.status, std::exchange(reply.body, {}));
+    QCoro::Task<QByteArray> judging = bodyOf(std::move(reply));
+    QByteArray body = co_await judging;
     QCoro::Task<QList<Event>> decoding =
         decodeOnWorker(m_worker, m_room, std::move(body), m_diagnosticFile);
     co_return co_await decoding;
@@ -78,18 +75,30 @@ QCoro::Task<void> Backend::write(Request request)
 {
     const QEventLoopLocker running;
     QCoro::Task<Reply> sending = m_sender.send(std::move(request));
-    const Reply reply = co_await sending;
+    Reply reply = co_await sending;
     // What the service says of the row is not read: the caller loads the list anew.
-    judged(reply.status, reply.body);
+    QCoro::Task<QByteArray> judging = bodyOf(std::move(reply));
+    co_await judging;
+}
+
+QCoro::Task<QByteArray> Backend::bodyOf(Reply reply)
+{
+    const qsizetype size = reply.body.size();
+    std::function<QByteArray()> judge = [reply = std::exchange(reply, {})] {
+        return judged(reply.status, reply.body);
+    };
+    QCoro::Task<QByteArray> judging = readReply(m_worker, m_room, size, std::move(judge));
+    co_return co_await judging;
 }
 
 QCoro::Task<void> Backend::signIn(QString email, QString password)
 {
     const Credentials credentials{email, password};
     Request request = signInRequest(m_configuration, credentials);
-    QCoro::Task<Reply> sending = m_sender.send(std::move(request));
-    const Reply reply = co_await sending;
-    begin(granted(reply, u"Authentication failed."_s), credentials);
+    QCoro::Task<Session> asking =
+        sessionFor(credentials, std::move(request), u"Authentication failed."_s);
+    const Session session = co_await asking;
+    begin(session, credentials);
 }
 
 QCoro::Task<void> Backend::signUp(QString email, QString password)
@@ -97,19 +106,31 @@ QCoro::Task<void> Backend::signUp(QString email, QString password)
     const Credentials credentials{email, password};
     const QEventLoopLocker running;
     Request request = signUpRequest(m_configuration, credentials);
-    QCoro::Task<Reply> sending = m_sender.send(std::move(request));
-    const Reply reply = co_await sending;
-    const AuthResponse response = granted(reply, u"Sign up failed."_s);
-    if (!response.access_token) {
+    QCoro::Task<Session> asking = sessionFor(credentials, std::move(request), u"Sign up failed."_s);
+    const Session session = co_await asking;
+    if (!session.accessToken) {
         throw SupabaseError::authError(
             u"Compte créé. Vérifiez votre email pour confirmer la connexion."_s);
     }
-    begin(response, credentials);
+    begin(session, credentials);
 }
 
-void Backend::begin(const AuthResponse &response, const Credentials &credentials)
+QCoro::Task<Session> Backend::sessionFor(Credentials credentials, Request request, QString fallback)
 {
-    m_session = sessionOf(response, credentials.email);
+    QCoro::Task<Reply> sending = m_sender.send(std::move(request));
+    Reply reply = co_await sending;
+    const qsizetype size = reply.body.size();
+    std::function<Session()> read = [reply = std::exchange(reply, {}), email = credentials.email,
+                                     fallback] {
+        return sessionOf(granted(reply, fallback), email);
+    };
+    QCoro::Task<Session> reading = readReply(m_worker, m_room, size, std::move(read));
+    co_return co_await reading;
+}
+
+void Backend::begin(const Session &session, const Credentials &credentials)
+{
+    m_session = session;
     m_center.post(authChangedNotification());
     CredentialsStore::save(credentials, m_defaults);
 }

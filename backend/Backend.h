@@ -2,14 +2,13 @@
 
 #include "account/Credentials.h"
 #include "backend/Configuration.h"
+#include "backend/DiagnosticFile.h"
 #include "backend/Sender.h"
 #include "backend/Session.h"
 #include "model/Event.h"
 #include "model/EventCreatePayload.h"
 #include "platform/NotificationCenter.h"
 #include "platform/UserDefaults.h"
-
-struct AuthResponse;
 
 /// The service as the application uses it: the operations, and the session they share.
 ///
@@ -28,7 +27,6 @@ public:
             QObject *parent = nullptr);
     ~Backend() override;
 
-    static QString defaultDiagnosticFile();
     /// "SupabaseAuthChanged": posted after every change of the sign-in state or of the remembered
     /// record, on this thread, when the session's values are the new ones already.
     static const QString &authChangedNotification();
@@ -59,7 +57,11 @@ public:
 
 private:
     QCoro::Task<void> write(Request request);
-    void begin(const AuthResponse &response, const Credentials &credentials);
+    /// The body of a success.
+    QCoro::Task<QByteArray> bodyOf(Reply reply);
+    /// The session that the authentication interface grants to who typed `credentials`.
+    QCoro::Task<Session> sessionFor(Credentials credentials, Request request, QString fallback);
+    void begin(const Session &session, const Credentials &credentials);
 
     const Configuration m_configuration;
     UserDefaults &m_defaults;

@@ -1,5 +1,6 @@
 #include "backend/DecodeFailure.h"
 
+#include "backend/DiagnosticFile.h"
 #include "platform/Text.h"
 
 using namespace Qt::StringLiterals;
@@ -20,5 +21,5 @@ QString preview(const QByteArray &body)
 QString decodeFailureMessage(const DecodingError &error, const QByteArray &body)
 {
     return u"Decode error: "_s + error.description + u". Body preview: "_s + preview(body)
-        + u". Saved response to /tmp/events-response.json"_s;
+        + u". Saved response to "_s + defaultDiagnosticFile();
 }

@@ -9,6 +9,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 bool mayBeReplaced(const QByteArray &path)
@@ -20,6 +22,11 @@ bool mayBeReplaced(const QByteArray &path)
 }
 
 } // namespace
+
+QString defaultDiagnosticFile()
+{
+    return u"/tmp/events-response.json"_s;
+}
 
 bool writeDiagnosticFile(const QString &path, const QByteArray &bytes)
 {

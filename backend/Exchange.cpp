@@ -72,6 +72,7 @@ void Exchange::send(const Request &request)
         m_manager.sendCustomRequest(prepared, request.verb, new OneShotBody(request.body, this));
     connect(m_reply, &QNetworkReply::metaDataChanged, this, &Exchange::checkLength);
     connect(m_reply, &QNetworkReply::readyRead, &m_nextTurn, qOverload<>(&QTimer::start));
+    connect(m_reply, &QNetworkReply::sslErrors, this, [this] { m_received.isDistrusted = true; });
     connect(m_reply, &QNetworkReply::finished, this, &Exchange::drain);
 }
 
@@ -95,7 +96,10 @@ void Exchange::drain()
         return giveUp();
     const qint64 taken = std::min(available, mostInOneTurn);
     if (taken > 0) {
-        m_received.body.resize(had + taken);
+        if (!grow(taken)) {
+            m_received.hasRunOut = true;
+            return finish();
+        }
         const qint64 got = m_reply->read(m_received.body.data() + had, taken);
         m_received.body.truncate(had + std::max<qint64>(got, 0));
     }
@@ -103,6 +107,17 @@ void Exchange::drain()
         m_nextTurn.start();
     else if (m_reply->isFinished())
         finish();
+}
+
+bool Exchange::grow(qint64 bytes)
+{
+    // With what has come, not at once to what was announced: that is only somebody's word.
+    try {
+        m_received.body.resize(m_received.body.size() + bytes);
+    } catch (const std::bad_alloc &) {
+        return false;
+    }
+    return true;
 }
 
 void Exchange::giveUp()

@@ -21,8 +21,11 @@ struct Received {
     std::optional<qint64> announced;
     /// Where the reply points, as it was said; empty when it points nowhere.
     QUrl location;
-    /// The body was given up because it is larger than the limit.
+    /// The certificate that the other side showed is not to be trusted.
+    bool isDistrusted = false;
+    /// The body was given up because it is larger than the limit, or than there is memory for.
     bool isTooLarge = false;
+    bool hasRunOut = false;
 };
 
 /// One request on its way and the one reply to it: follows nothing and repeats nothing.
@@ -49,6 +52,8 @@ private:
     void checkLength();
     void drain();
     void giveUp();
+    /// Makes the body larger by this much; whether there was memory for it.
+    bool grow(qint64 bytes);
     void finish();
 
     QNetworkAccessManager m_manager;

@@ -23,9 +23,9 @@ qint64 firstGuess(const QByteArray &compressed, qint64 largest)
     qint64 promised = 0;
     if (compressed.size() >= 4)
         promised = qFromLittleEndian<quint32>(compressed.constEnd() - 4);
-    // No input inflates to more than 1032 times its size.
-    const qint64 possible = std::min<qint64>(promised, compressed.size() * 1032);
-    return std::clamp(possible + 1, smallestBuffer, std::max(largest + 1, smallestBuffer));
+    // A list of events inflates to some ten times its size. What promises more has to show it.
+    const qint64 likely = std::min<qint64>(promised, compressed.size() * 16);
+    return std::clamp(likely + 1, smallestBuffer, std::max(largest + 1, smallestBuffer));
 }
 
 uInt chunk(qint64 size)

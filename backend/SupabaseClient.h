@@ -1,5 +1,6 @@
 #pragma once
 
+#include "backend/DiagnosticFile.h"
 #include "backend/Session.h"
 
 #include <QCoro/QCoroTask>
@@ -11,10 +12,21 @@ struct EventCreatePayload;
 /// The application's only way to the service: one Backend for the whole process, built on first use
 /// with the configuration found then, the user's defaults and the default notification centre.
 ///
-/// Needs a QCoreApplication, which owns that Backend: a network manager that outlives it leaks.
 /// To be used on the main thread, on which the tasks resume too. Every task may throw a
 /// LocalizedError (SupabaseError, TransportError, UndecodableReply) and nothing else.
 namespace SupabaseClient {
+
+/// For as long as one of these lives there is a Backend to be had. Whoever starts the program makes
+/// one, once, after the QCoreApplication, and lets it go before: what a network manager tears down
+/// later, TLS above all, is torn down too late. With it the tasks on their way end; and whatever is
+/// asked afterwards fails alike, as does what is asked before. Nobody is signed in then.
+class Lifetime {
+public:
+    /// `diagnosticFile`: as a Backend's.
+    explicit Lifetime(const QString &diagnosticFile = defaultDiagnosticFile());
+    ~Lifetime();
+    Q_DISABLE_COPY_MOVE(Lifetime)
+};
 
 /// The name posted on NotificationCenter::defaultCenter() after every change of the sign-in state
 /// or of the remembered record: "SupabaseAuthChanged".

@@ -13,7 +13,10 @@ SupabaseError SupabaseError::invalidURL(const QString &base)
 
 SupabaseError SupabaseError::httpError(int status, const QByteArray &body)
 {
-    return SupabaseError(Case::httpError, {}, status, body);
+    const QString code = u"HTTP "_s + QString::number(status);
+    const std::optional<QString> text = textOfUtf8(body);
+    return SupabaseError(Case::httpError, text && !text->isEmpty() ? code + u": "_s + *text : code,
+                         status, body);
 }
 
 SupabaseError SupabaseError::decodingFailed(const QString &message)
@@ -41,11 +44,7 @@ QString SupabaseError::errorDescription() const
     switch (m_case) {
     case Case::invalidURL:
         return u"Supabase URL is invalid: "_s + m_text;
-    case Case::httpError: {
-        const QString code = u"HTTP "_s + QString::number(m_status);
-        const std::optional<QString> text = textOfUtf8(m_body);
-        return text && !text->isEmpty() ? code + u": "_s + *text : code;
-    }
+    case Case::httpError:
     case Case::decodingFailed:
     case Case::authError:
         return m_text;

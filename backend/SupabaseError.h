@@ -58,7 +58,9 @@ private:
     }
 
     Case m_case;
-    QString m_text; // the base address of invalidURL, the message of decodingFailed and authError
+    // The base address of invalidURL, else the text as it is read: a body is decoded once, where
+    // the error is made, which may be another thread.
+    QString m_text;
     int m_status;
     QByteArray m_body;
 };

@@ -37,16 +37,21 @@ bool isInterim(const Received &received)
     return received.status && *received.status < 200;
 }
 
-QString text(QNetworkReply::NetworkError error, const QUrl &address, const Limits &limits)
+QString lost()
 {
-    switch (error) {
+    return u"The connection was lost before the reply was complete."_s;
+}
+
+QString text(const Received &received, const QUrl &address, const Limits &limits)
+{
+    switch (received.error) {
     case QNetworkReply::HostNotFoundError:
         return unknownHost(address.host()).localizedDescription();
     case QNetworkReply::ConnectionRefusedError:
         return u"The server \"%1\" refused the connection."_s.arg(address.host());
     case QNetworkReply::RemoteHostClosedError:
     case QNetworkReply::ContentReSendError:
-        return u"The connection was lost before the reply was complete."_s;
+        return lost();
     case QNetworkReply::OperationCanceledError:
         return u"The server did not answer for %1 seconds."_s.arg(
             std::chrono::ceil<std::chrono::seconds>(limits.silence).count());
@@ -54,8 +59,10 @@ QString text(QNetworkReply::NetworkError error, const QUrl &address, const Limit
         return u"The server \"%1\" cannot be reached: connecting took too long."_s.arg(
             address.host());
     case QNetworkReply::SslHandshakeFailedError:
-        return u"The secure connection failed: the certificate of \"%1\" was refused."_s.arg(
-            address.host());
+        return (received.isDistrusted
+                    ? u"The secure connection failed: the certificate of \"%1\" was refused."_s
+                    : u"The secure connection failed: \"%1\" does not speak TLS as it should."_s)
+            .arg(address.host());
     case QNetworkReply::TemporaryNetworkFailureError:
     case QNetworkReply::NetworkSessionFailedError:
         return u"There is no network connection."_s;
@@ -90,14 +97,16 @@ TransportError tooLargeReply(qint64 largest)
 std::optional<TransportError> transportFailure(const Received &received, const QUrl &address,
                                                const Limits &limits)
 {
+    if (received.hasRunOut)
+        return TransportError::ofMemory();
     if (received.isTooLarge)
         return tooLargeReply(limits.largestReply);
     if (isInterim(received))
         return TransportError(u"The reply is broken: an interim answer came in its place."_s);
     if (isCut(received) && received.error != QNetworkReply::OperationCanceledError)
-        return TransportError(text(QNetworkReply::RemoteHostClosedError, address, limits));
+        return TransportError(lost());
     if (received.error == QNetworkReply::NoError
         || (received.status && onlyTellsStatus(received.error, *received.status)))
         return std::nullopt;
-    return TransportError(text(received.error, address, limits));
+    return TransportError(text(received, address, limits));
 }

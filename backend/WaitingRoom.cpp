@@ -6,8 +6,6 @@
 #include <coroutine>
 #include <utility>
 
-using namespace Qt::StringLiterals;
-
 struct WaitingRoom::Wait {
     enum class State { waiting, over, givenUp };
 
@@ -24,20 +22,11 @@ struct WaitingRoom::Wait {
     }
 };
 
-namespace {
-
-TransportError givenUp()
-{
-    return TransportError(u"The request was given up because the application is closing."_s);
-}
-
-} // namespace
-
 WaitingRoom::Seat::Seat(WaitingRoom &room)
     : m_wait(std::make_shared<Wait>())
 {
     if (room.m_isClosed)
-        throw givenUp();
+        throw TransportError::ofClosing();
     std::erase_if(room.m_waits, [](const auto &wait) { return wait.expired(); });
     room.m_waits.push_back(m_wait);
 }
@@ -65,7 +54,7 @@ void WaitingRoom::Seat::await_suspend(std::coroutine_handle<> waiting) noexcept
 void WaitingRoom::Seat::await_resume() const
 {
     if (m_wait->state == Wait::State::givenUp)
-        throw givenUp();
+        throw TransportError::ofClosing();
 }
 
 void WaitingRoom::close()

@@ -11,6 +11,7 @@
 #include "Clocks.h"
 #include "EventsReply.h"
 #include "LoopbackService.h"
+#include "backend/SupabaseClient.h"
 #include "browse/ContentView.h"
 #include "browse/EventRow.h"
 #include "look/Accessibility.h"
@@ -222,6 +223,7 @@ int main(int argc, char *argv[])
     qputenv("SUPABASE_KEY", "key");
 
     const QApplication application(argc, argv);
+    const SupabaseClient::Lifetime client;
     installAccessibility();
     installSectionListAccessibility();
     QApplication::setFont(appFont(13));

@@ -3,6 +3,7 @@
 
 #include "FirstPaint.h"
 #include "app/OstreloApp.h"
+#include "backend/SupabaseClient.h"
 #include "browse/EventRow.h"
 
 #include <QApplication>
@@ -14,6 +15,7 @@ int main(int argc, char *argv[])
     QApplication::setApplicationName(u"aMorvelle"_s);
     QApplication::setDesktopFileName(u"amorvelle"_s);
     const QApplication application(argc, argv);
+    const SupabaseClient::Lifetime client;
     const bool awaitsEvents = argc > 1;
     const FirstPaint watch([awaitsEvents](QObject *object) {
         return awaitsEvents ? dynamic_cast<EventRow *>(object) != nullptr : object->isWidgetType();

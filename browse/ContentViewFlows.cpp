@@ -94,7 +94,8 @@ QCoro::Task<void> ContentView::loadEvents()
         [ordered, fetched = std::move(fetched)]() mutable {
             *ordered = datedEvents(std::move(fetched));
         },
-        this, [this, ordered] { finishLoad(std::move(*ordered)); });
+        this, [this, ordered] { finishLoad(std::move(*ordered)); },
+        [this] { failLoad(u"There is not enough memory for the events."_s); });
 }
 
 void ContentView::finishLoad(DatedEvents events)

@@ -7,6 +7,7 @@
 #include <condition_variable>
 #include <deque>
 #include <mutex>
+#include <new>
 #include <thread>
 #include <utility>
 
@@ -17,6 +18,14 @@ namespace {
 struct Continuation {
     QPointer<QObject> context;
     std::function<void()> then;
+    std::function<void()> ranOut;
+    std::shared_ptr<const bool> hasRunOut;
+};
+
+struct Job {
+    std::function<void()> run;
+    // Made beforehand: where memory runs out there is none to tell it with.
+    std::shared_ptr<bool> hasRunOut;
 };
 
 } // namespace
@@ -29,7 +38,7 @@ struct Worker::Shared {
     // Under the lock.
     std::mutex mutex;
     std::condition_variable wake;
-    std::deque<std::function<void()>> jobs;
+    std::deque<Job> jobs;
     qsizetype ended = 0;
     bool isClosing = false;
 
@@ -41,7 +50,7 @@ struct Worker::Shared {
 void Worker::Shared::work(Worker *owner)
 {
     for (;;) {
-        std::function<void()> job;
+        Job job;
         {
             std::unique_lock lock(mutex);
             wake.wait(lock, [this] { return isClosing || !jobs.empty(); });
@@ -50,9 +59,13 @@ void Worker::Shared::work(Worker *owner)
             job = std::move(jobs.front());
             jobs.pop_front();
         }
-        job();
+        try {
+            job.run();
+        } catch (const std::bad_alloc &) {
+            *job.hasRunOut = true;
+        }
         // What the job captured dies here, before its end is told: on this thread.
-        job = nullptr;
+        job = {};
 
         // The event is posted under the lock, which event() takes before the event is deleted: the
         // event's memory passes between the threads in an order that a race detector can see.
@@ -79,13 +92,15 @@ Worker::~Worker()
     m_shared->thread.join();
 }
 
-void Worker::run(std::function<void()> job, QObject *context, std::function<void()> then)
+void Worker::run(std::function<void()> job, QObject *context, std::function<void()> then,
+                 std::function<void()> ranOut)
 {
     Q_ASSERT(job);
-    m_shared->continuations.push_back({context, std::move(then)});
+    auto hasRunOut = std::make_shared<bool>(false);
+    m_shared->continuations.push_back({context, std::move(then), std::move(ranOut), hasRunOut});
     {
         const std::lock_guard lock(m_shared->mutex);
-        m_shared->jobs.push_back(std::move(job));
+        m_shared->jobs.push_back({std::move(job), std::move(hasRunOut)});
     }
     m_shared->wake.notify_one();
 }
@@ -106,7 +121,8 @@ void Worker::customEvent(QEvent *)
         // Taken out before it runs: `then` may well hand in the next job.
         const Continuation continuation = std::move(m_shared->continuations.front());
         m_shared->continuations.pop_front();
-        if (continuation.context && continuation.then)
-            continuation.then();
+        const auto &next = *continuation.hasRunOut ? continuation.ranOut : continuation.then;
+        if (continuation.context && next)
+            next();
     }
 }

@@ -7,8 +7,9 @@
 /// The one place with threads: runs jobs off the main thread, in order of arrival.
 ///
 /// A job must be self-contained: it owns or shares all it reads, touches no widget and no QObject,
-/// and never throws (it hands its outcome on through what it captured). Freeing large data is a
-/// job too: capture it by value and let it go.
+/// and never throws (it hands its outcome on through what it captured), except that it may run out
+/// of memory: it then ends there. Freeing large data is a job too: capture it by value and let it
+/// go.
 class Worker : public QObject {
     Q_OBJECT
 
@@ -18,8 +19,10 @@ public:
     ~Worker() override;
 
     /// Runs `job` on the worker's thread, then `then` on the thread that owns this worker (from its
-    /// event loop), unless `context` was destroyed meanwhile. To be called on the owner's thread.
-    void run(std::function<void()> job, QObject *context, std::function<void()> then);
+    /// event loop), unless `context` was destroyed meanwhile. `ranOut` runs in its place when the
+    /// job ran out of memory. To be called on the owner's thread.
+    void run(std::function<void()> job, QObject *context, std::function<void()> then,
+             std::function<void()> ranOut = {});
     /// As above for a job whose end nobody awaits.
     void run(std::function<void()> job);
 

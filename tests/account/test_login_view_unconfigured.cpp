@@ -1,5 +1,6 @@
 // The sign-in form of an application that was not told where its service is.
 
+#include "backend/SupabaseClient.h"
 #include "look/Accessibility.h"
 #include "support/LoginForm.h"
 
@@ -26,6 +27,7 @@ int main(int argc, char *argv[])
     qunsetenv("SUPABASE_URL");
     qunsetenv("SUPABASE_KEY");
     const QApplication application(argc, argv);
+    const SupabaseClient::Lifetime client;
     installAccessibility();
     TestLoginViewUnconfigured test;
     return QTest::qExec(&test, argc, argv);

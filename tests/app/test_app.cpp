@@ -1,4 +1,5 @@
 #include "app/OstreloApp.h"
+#include "backend/SupabaseClient.h"
 #include "browse/ContentView.h"
 #include "controls/Sheet.h"
 #include "look/Colors.h"
@@ -286,6 +287,7 @@ int main(int argc, char *argv[])
     qunsetenv("SUPABASE_URL");
     qunsetenv("SUPABASE_KEY");
     const QApplication application(argc, argv);
+    const SupabaseClient::Lifetime client(home.path() + u"/reply.json"_s);
     TestApp test(bus);
     return QTest::qExec(&test, argc, argv);
 }

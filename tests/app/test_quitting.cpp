@@ -1,6 +1,7 @@
 // What is still on its way when the last window closes.
 
 #include "app/OstreloApp.h"
+#include "backend/SupabaseClient.h"
 #include "support/MembersWindow.h"
 #include "support/OwnHome.h"
 #include "support/PrivateBus.h"
@@ -107,6 +108,7 @@ int main(int argc, char *argv[])
     const OwnHome home;
     const PrivateBus bus;
     const QApplication application(argc, argv);
+    const SupabaseClient::Lifetime client(home.path() + u"/reply.json"_s);
     HttpServer server;
     qputenv("SUPABASE_URL", server.base().toLatin1());
     qputenv("SUPABASE_KEY", "public-key");

@@ -1,4 +1,5 @@
 #include "app/OstreloApp.h"
+#include "backend/SupabaseClient.h"
 #include "browse/ContentView.h"
 #include "support/OwnHome.h"
 
@@ -129,6 +130,7 @@ int main(int argc, char *argv[])
     qunsetenv("SUPABASE_URL");
     qunsetenv("SUPABASE_KEY");
     const QApplication application(argc, argv);
+    const SupabaseClient::Lifetime client(home.path() + u"/reply.json"_s);
     TestAppleMenuBar test;
     return QTest::qExec(&test, argc, argv);
 }

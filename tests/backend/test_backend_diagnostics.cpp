@@ -57,7 +57,7 @@ private Q_SLOTS:
 
     void theProgramLeavesItWhereTheMessageSays()
     {
-        QCOMPARE(Backend::defaultDiagnosticFile(), u"/tmp/events-response.json"_s);
+        QCOMPARE(defaultDiagnosticFile(), u"/tmp/events-response.json"_s);
     }
 
     void anUndecodableReplyIsKeptByteForByte()

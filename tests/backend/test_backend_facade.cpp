@@ -96,6 +96,7 @@ int main(int argc, char **argv)
 {
     QCoreApplication application(argc, argv);
     const QTemporaryDir folder;
+    const SupabaseClient::Lifetime client(folder.filePath(u"reply.json"_s));
     HttpServer server;
     qputenv("XDG_CONFIG_HOME", QFile::encodeName(folder.path()));
     qputenv("SUPABASE_URL", server.base().toUtf8());

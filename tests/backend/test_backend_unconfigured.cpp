@@ -36,6 +36,7 @@ int main(int argc, char **argv)
     qunsetenv("SUPABASE_URL");
     qunsetenv("SUPABASE_KEY");
     QCoreApplication application(argc, argv);
+    const SupabaseClient::Lifetime client;
     TestBackendUnconfigured test;
     return QTest::qExec(&test, argc, argv);
 }

@@ -1,6 +1,7 @@
 // The event form as a person sees it. What its keys do is in test_add_event_keys.cpp, what saving
 // does in test_save_event.cpp.
 
+#include "backend/SupabaseClient.h"
 #include "controls/DateField.h"
 #include "controls/FieldFrame.h"
 #include "controls/TextEditor.h"

@@ -3,6 +3,7 @@
 // QT_SCALE_FACTOR; "invented": the few on invented events, in a process of their own, since the
 // service is chosen once in a process.
 
+#include "backend/SupabaseClient.h"
 #include "browse/EventRow.h"
 #include "controls/ErrorText.h"
 #include "controls/PopupLabel.h"
@@ -235,6 +236,7 @@ int main(int argc, char *argv[])
     const OwnHome home;
     const QApplication application(argc, argv);
     QApplication::setCursorFlashTime(0); // it would be there or not by chance
+    const SupabaseClient::Lifetime client(home.path() + u"/reply.json"_s);
     const QStringList arguments = QApplication::arguments();
     if (arguments.size() < 3)
         qFatal("usage: take_pictures FOLDER SUFFIX [invented]");

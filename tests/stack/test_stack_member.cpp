@@ -1,6 +1,7 @@
 // A member's day, through the real window, on the local service and its real database: signs up,
 // publishes an event, changes it, deletes it, signs out, comes back, forgets the account.
 
+#include "backend/SupabaseClient.h"
 #include "browse/EventRow.h"
 #include "look/Accessibility.h"
 #include "sectionlist/SectionListAccessible.h"
@@ -240,6 +241,7 @@ int main(int argc, char *argv[])
 {
     const OwnHome home;
     const QApplication application(argc, argv);
+    const SupabaseClient::Lifetime client(home.path() + u"/reply.json"_s);
     installAccessibility();
     installSectionListAccessibility();
     LocalService service;

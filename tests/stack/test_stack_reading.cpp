@@ -1,3 +1,4 @@
+#include "backend/SupabaseClient.h"
 #include "support/LocalService.h"
 #include "support/OwnHome.h"
 #include "support/WindowTest.h"
@@ -45,6 +46,7 @@ int main(int argc, char *argv[])
 {
     const OwnHome home;
     const QApplication application(argc, argv);
+    const SupabaseClient::Lifetime client(home.path() + u"/reply.json"_s);
     LocalService service;
     if (!service.isRunning())
         qFatal("the local service did not start:\n%s", qPrintable(service.output()));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "backend/SupabaseClient.h"
 #include "look/Accessibility.h"
 #include "support/HttpServer.h"
 #include "support/OwnHome.h"
@@ -16,6 +17,8 @@ int runWithService(
 {
     const OwnHome home;
     const QApplication application(argc, argv);
+    // What cannot be decoded is not left where the user's own program leaves it.
+    const SupabaseClient::Lifetime client(home.path() + QLatin1String("/reply.json"));
     installAccessibility();
     prepare();
     HttpServer server;

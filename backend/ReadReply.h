@@ -1,0 +1,47 @@
+#pragma once
+
+#include "backend/OnWorker.h"
+#include "backend/SupabaseError.h"
+#include "backend/UndecodableReply.h"
+
+#include <memory>
+#include <optional>
+#include <utility>
+
+/// The largest body, in bytes, that is read where it came in: well under a millisecond's work.
+inline constexpr qsizetype mostReadHere = qsizetype{64} * 1024;
+
+/// What `read` makes of a reply with a body of `size` bytes: at once for a small one, else on the
+/// worker's thread, where what `read` holds is freed too. It may throw SupabaseError and
+/// UndecodableReply, which are passed on.
+template <typename T>
+QCoro::Task<T> readReply(Worker &worker, WaitingRoom &room, qsizetype size,
+                         std::function<T()> read)
+{
+    if (size <= mostReadHere)
+        co_return read();
+
+    struct Outcome {
+        std::optional<T> value;
+        std::optional<SupabaseError> refusal;
+        std::optional<UndecodableReply> undecodable;
+    };
+    const auto outcome = std::make_shared<Outcome>();
+    std::function<void()> job = [outcome, read = std::exchange(read, {})] {
+        try {
+            outcome->value = read();
+        } catch (const SupabaseError &error) {
+            outcome->refusal = error;
+        } catch (const UndecodableReply &error) {
+            outcome->undecodable = error;
+        }
+    };
+    QCoro::Task<void> reading = onWorker(worker, room, std::move(job));
+    co_await reading;
+
+    if (outcome->refusal)
+        throw *outcome->refusal;
+    if (outcome->undecodable)
+        throw *outcome->undecodable;
+    co_return std::move(*outcome->value);
+}
