@@ -7,3 +7,7 @@
 /// `path`: as a whole, or not at all. A symbolic link there is replaced, never followed; a folder
 /// stays. Whether it was written. May run on any thread.
 bool writePrivateFile(const QString &path, const QByteArray &bytes);
+
+/// Removes the drafts of the file at `path` that programs left behind which were killed while they
+/// wrote it. One that is being written stays. May run on any thread.
+void removeDrafts(const QString &path);

@@ -142,6 +142,8 @@ void UserDefaults::set(const QString &key, const QByteArray &value)
         return;
     }
 #endif
+    if (value.size() > largest)
+        return;
     makeFolder(m_folder);
     // A folder of ours that others may look into is closed to them.
     ::chmod(QFile::encodeName(m_folder).constData(), S_IRWXU);
@@ -157,4 +159,5 @@ void UserDefaults::remove(const QString &key)
     }
 #endif
     ::unlink(pathOf(key).constData());
+    removeDrafts(QDir(m_folder).filePath(key));
 }

@@ -24,8 +24,10 @@ public:
 
     /// The value under `key`; none when there is none, or what stands there is no plain file.
     std::optional<QByteArray> data(const QString &key) const;
-    /// Replaces the value under `key` as a whole.
+    /// Replaces the value under `key` as a whole. One of more than a megabyte, which `data` would
+    /// not read back, is refused.
     void set(const QString &key, const QByteArray &value);
+    /// Removes the value, and what a program that was killed had written of one.
     void remove(const QString &key);
 
 private:

@@ -10,18 +10,21 @@
 #include <algorithm>
 #include <cerrno>
 
+#include <csignal>
 #include <sys/syscall.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-enum class Disk { Willing, Interrupted, Full };
+enum class Disk { Willing, Interrupted, Full, Killing, Meddling };
 
 // Only what runs between the two lines of a test that set it.
 Disk disk = Disk::Willing;
 int calls = 0;
+QString meddledWith;
 
 } // namespace
 
@@ -30,6 +33,15 @@ extern "C" ssize_t write(int file, const void *bytes, size_t count)
     if (disk == Disk::Full) {
         errno = ENOSPC;
         return -1;
+    }
+    if (disk == Disk::Killing && ++calls > 1)
+        raise(SIGKILL);
+    if (disk == Disk::Killing)
+        count = 4;
+    if (disk == Disk::Meddling) {
+        // Somebody tidies up meanwhile.
+        disk = Disk::Willing;
+        removeDrafts(meddledWith);
     }
     if (disk == Disk::Interrupted) {
         // Every other call is broken off, and those between take three bytes at the most.
@@ -69,6 +81,56 @@ private Q_SLOTS:
         QVERIFY(write("a record of some length", Disk::Interrupted));
         QCOMPARE(content(), "a record of some length");
         QVERIFY(calls > 10);
+    }
+
+    void whatAKilledProgramLeftIsRemoved()
+    {
+        const QStringList only{u"record"_s};
+        for (const bool isWrittenNext : {true, false}) {
+            const pid_t child = fork();
+            if (child == 0) {
+                calls = 0;
+                write("a secret", Disk::Killing);
+                _exit(0);
+            }
+            int status = 0;
+            QCOMPARE(waitpid(child, &status, 0), child);
+            QVERIFY(WIFSIGNALED(status));
+            const auto files = [this] {
+                return QDir(m_folder.path()).entryList(QDir::Files | QDir::Hidden);
+            };
+            QCOMPARE(files().size(), 2);
+            QCOMPARE(content(), "what stood there");
+
+            if (isWrittenNext)
+                QVERIFY(write("what stood there", Disk::Willing));
+            else
+                removeDrafts(path());
+            QCOMPARE(files(), only);
+            QCOMPARE(content(), "what stood there");
+        }
+    }
+
+    void whatIsBeingWrittenIsNotTakenForLeftBehind()
+    {
+        meddledWith = path();
+        QVERIFY(write("whole", Disk::Meddling));
+        QCOMPARE(content(), "whole");
+    }
+
+    void whatOnlyLooksLikeADraftStays()
+    {
+        QVERIFY(QDir(m_folder.path()).mkdir(u"record.folder"_s));
+        for (const QString &name : {u"record.longer1"_s, u"record.txt"_s, u"records.Ab3dEf"_s}) {
+            QFile file(m_folder.filePath(name));
+            QVERIFY(file.open(QIODevice::WriteOnly));
+        }
+        removeDrafts(path());
+        QCOMPARE(QDir(m_folder.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot).size(),
+                 5);
+        for (const QString &name : {u"record.longer1"_s, u"record.txt"_s, u"records.Ab3dEf"_s})
+            QVERIFY(QFile::remove(m_folder.filePath(name)));
+        QVERIFY(QDir(m_folder.path()).rmdir(u"record.folder"_s));
     }
 
     void aFullDiskLeavesTheOldFileAndNoOther()

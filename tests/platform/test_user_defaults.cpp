@@ -45,6 +45,8 @@ private Q_SLOTS:
     void anUnreadableValueIsAbsent();
     void aFolderThatCannotBeMadeIsNoFault();
     void aValueTooLargeIsNotOurs();
+    void aValueThatCouldNotBeReadBackIsRefused();
+    void whatAKilledProgramLeftGoesWithTheValue();
     void theUsersOwnAreInTheConfigurationFolder();
 
 private:
@@ -172,6 +174,26 @@ void TestUserDefaults::aValueTooLargeIsNotOurs()
     QVERIFY(QDir().mkpath(QFileInfo(path()).path()));
     write(path(), QByteArray(2'000'000, 'a'));
     QCOMPARE(defaults().data(u"key"_s), std::nullopt);
+}
+
+void TestUserDefaults::aValueThatCouldNotBeReadBackIsRefused()
+{
+    const QByteArray largest(1'048'576, 'a');
+    defaults().set(u"key"_s, largest);
+    QCOMPARE(defaults().data(u"key"_s), largest);
+    defaults().set(u"key"_s, largest + 'a');
+    QCOMPARE(defaults().data(u"key"_s), largest);
+}
+
+void TestUserDefaults::whatAKilledProgramLeftGoesWithTheValue()
+{
+    defaults().set(u"key"_s, "a");
+    write(path() + u".Ab3dEf"_s, "secr");
+    defaults().set(u"other"_s, "b");
+    defaults().remove(u"key"_s);
+    QCOMPARE(QDir(QFileInfo(path()).path())
+                 .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+             QStringList{u"other"_s});
 }
 
 void TestUserDefaults::theUsersOwnAreInTheConfigurationFolder()
