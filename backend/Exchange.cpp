@@ -78,9 +78,12 @@ void Exchange::send(const Request &request)
 
 void Exchange::checkLength()
 {
-    const QVariant length = m_reply->header(QNetworkRequest::ContentLengthHeader);
     // A body in chunks says itself where it ends, whatever else was said of its length.
-    if (!length.isValid() || m_reply->rawHeader("Transfer-Encoding").toLower().contains("chunked"))
+    if (m_reply->rawHeader("Transfer-Encoding").toLower().contains("chunked"))
+        return;
+    const QVariant length = m_reply->header(QNetworkRequest::ContentLengthHeader);
+    m_received.isOpenEnded = !length.isValid();
+    if (m_received.isOpenEnded)
         return;
     m_received.announced = length.toLongLong();
     if (*m_received.announced > m_limits.largestReply)

@@ -19,6 +19,8 @@ struct Received {
     QByteArray encoding;
     /// How long the body was to be, if that was said.
     std::optional<qint64> announced;
+    /// Nothing said how long the body was to be: it ends with its connection.
+    bool isOpenEnded = false;
     /// Where the reply points, as it was said; empty when it points nowhere.
     QUrl location;
     /// The certificate that the other side showed is not to be trusted.

@@ -22,6 +22,14 @@ bool onlyTellsStatus(QNetworkReply::NetworkError error, int status)
     }
 }
 
+// Where a body ends with its connection, the manager takes that end, now and then, for a reason to
+// ask again, which it cannot: the reply is whole.
+bool endsWithConnection(const Received &received)
+{
+    return received.isOpenEnded && received.status
+        && received.error == QNetworkReply::ContentReSendError;
+}
+
 // The manager reports a cut body only under a status that it takes for a success.
 bool isCut(const Received &received)
 {
@@ -105,7 +113,7 @@ std::optional<TransportError> transportFailure(const Received &received, const Q
         return TransportError(u"The reply is broken: an interim answer came in its place."_s);
     if (isCut(received) && received.error != QNetworkReply::OperationCanceledError)
         return TransportError(lost());
-    if (received.error == QNetworkReply::NoError
+    if (received.error == QNetworkReply::NoError || endsWithConnection(received)
         || (received.status && onlyTellsStatus(received.error, *received.status)))
         return std::nullopt;
     return TransportError(text(received, address, limits));

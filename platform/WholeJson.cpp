@@ -1,6 +1,7 @@
 #include "platform/WholeJson.h"
 
 #include <algorithm>
+#include <new>
 #include <string>
 
 using namespace Qt::StringLiterals;
@@ -104,10 +105,8 @@ QString kindOf(simdjson::dom::element value)
     return u"null"_s;
 }
 
-} // namespace
-
-simdjson::error_code parseWhole(simdjson::dom::parser &parser, const QByteArray &whole,
-                                simdjson::dom::element &root)
+simdjson::error_code parse(simdjson::dom::parser &parser, const QByteArray &whole,
+                           simdjson::dom::element &root)
 {
     // The parser reads, but does not mind, what lies behind the body's end: where there is room, as
     // in a body that grew while it arrived, it needs no copy.
@@ -130,6 +129,18 @@ simdjson::error_code parseWhole(simdjson::dom::parser &parser, const QByteArray 
     std::string levelled(body.data(), size);
     levelNumbers(levelled);
     return parser.parse(levelled).get(root);
+}
+
+} // namespace
+
+simdjson::error_code parseWhole(simdjson::dom::parser &parser, const QByteArray &whole,
+                                simdjson::dom::element &root)
+{
+    const auto error = parse(parser, whole, root);
+    // No fault of the body.
+    if (error == simdjson::MEMALLOC)
+        throw std::bad_alloc();
+    return error;
 }
 
 QString textOf(std::string_view utf8)
