@@ -21,6 +21,7 @@ class TestQuitting : public QObject {
 
     HttpServer &m_server;
     HttpAnswer m_toDelete = HttpAnswer::whole(204, "");
+    HttpAnswer m_toSignIn = granting();
     HttpAnswer m_toLoad;
     std::unique_ptr<OstreloApp> m_application;
     ContentView *m_window = nullptr; // frees itself when it closes
@@ -52,11 +53,12 @@ private Q_SLOTS:
     void init()
     {
         m_toDelete = HttpAnswer::whole(204, "");
+        m_toSignIn = granting();
         m_toLoad = reply({row(u"mine"_s, 3, {{u"user_id"_s, u"moi"_s}})});
         m_server.answerWith([this](const HttpRequest &request) {
             if (request.method == "GET")
                 return m_toLoad;
-            return request.method == "DELETE" ? m_toDelete : granting();
+            return request.method == "DELETE" ? m_toDelete : m_toSignIn;
         });
         m_application = std::make_unique<OstreloApp>();
         QTRY_VERIFY(qobject_cast<ContentView *>(QApplication::activeWindow()));
@@ -76,6 +78,17 @@ private Q_SLOTS:
         const QSignalSpy answered(&m_server, &HttpServer::answered);
         QCOMPARE(closeAndRun(), 0);
         QCOMPARE(answered.count(), 1);
+    }
+
+    void aSignUpIsAnsweredBeforeTheProgramEnds()
+    {
+        m_toSignIn = granting().late(300);
+        const int before = count(m_server, "POST", "/auth/v1/signup");
+        Outcome<void> outcome;
+        const auto noting = note(SupabaseClient::signUp(u"c@d.fr"_s, u"secret"_s), outcome);
+        QTRY_COMPARE(count(m_server, "POST", "/auth/v1/signup"), before + 1);
+        QCOMPARE(closeAndRun(), 0);
+        QVERIFY(outcome.value);
     }
 
     void aLoadIsDroppedAtOnce()

@@ -18,6 +18,8 @@ namespace {
 
 // {"sub":"moi"}, and claims of 24 and 22 letters: without padding, and short of two.
 constexpr auto token = "e30.eyJzdWIiOiJtb2kifQ.x";
+// {"sub":"moi","exp":1}
+constexpr auto expired = "e30.eyJzdWIiOiJtb2kiLCJleHAiOjF9.x";
 constexpr auto token24 = "e30.eyJzdWIiOiJtb2kxMjM0NSJ9.x";
 
 // What a listener sees at each posting.
@@ -118,6 +120,15 @@ private Q_SLOTS:
                                                << Session{u"t"_s, std::nullopt, u" A@b.fr"_s};
         QTest::newRow("claims that are none") << QByteArray("{\"access_token\":\"a.!!.c\"}")
                                               << Session{u"a.!!.c"_s, std::nullopt, u" A@b.fr"_s};
+        QTest::newRow("an empty address")
+            << QByteArray("{\"access_token\":\"t\",\"user\":{\"id\":\"u\",\"email\":\"\"}}")
+            << session("t", "u", "");
+        QTest::newRow("an empty identifier")
+            << QByteArray("{\"access_token\":\"" + t + "\",\"user\":{\"id\":\"\"}}")
+            << session(token, "", " A@b.fr");
+        QTest::newRow("a token long expired")
+            << QByteArray("{\"access_token\":\"" + QByteArray(expired) + "\"}")
+            << session(expired, "moi", " A@b.fr");
         QTest::newRow("an empty token")
             << QByteArray("{\"access_token\":\"\"}") << Session{u""_s, std::nullopt, u" A@b.fr"_s};
     }
@@ -174,6 +185,31 @@ private Q_SLOTS:
         QCOMPARE(m_seen.constFirst().session, Session());
         QVERIFY(m_visitor->remembered());
         QCOMPARE(m_visitor->server.requests().size(), 1);
+    }
+
+    void theSameSignInAgainIsStillAnnounced()
+    {
+        const HttpAnswer same = HttpAnswer::whole(200, "{\"access_token\":\"t\"}");
+        for (int i = 1; i <= 3; ++i) {
+            QCOMPARE(m_visitor->signedIn(same, i == 3), QString());
+            QCOMPARE(m_seen.size(), i);
+        }
+        QCOMPARE(m_seen.at(0).session, m_seen.at(2).session);
+    }
+
+    void forgettingNothingIsStillAnnounced()
+    {
+        m_visitor->backend.clearSavedCredentials();
+        QCOMPARE(m_seen.size(), 1);
+        QCOMPARE(m_seen.constFirst().name, u"SupabaseAuthChanged"_s);
+    }
+
+    void anEmptyTokenIsAToken()
+    {
+        QCOMPARE(m_visitor->signedIn(HttpAnswer::whole(200, "{\"access_token\":\"\"}")), QString());
+        m_visitor->server.answer(HttpAnswer::whole(204, ""));
+        QCOMPARE(outcomeOf(m_visitor->backend.deleteEvent(u"1"_s)).failure(), QString());
+        QCOMPARE(m_visitor->server.requests().at(1).header("Authorization"), "Bearer");
     }
 
     void aSignOutWhileSignedOutIsStillAnnounced()

@@ -72,6 +72,16 @@ private Q_SLOTS:
         QCOMPARE(entries(), QStringList{u"events-response.json"_s});
     }
 
+    void anEmptyReplyIsKeptToo()
+    {
+        HttpServer server;
+        server.answer(HttpAnswer::whole(200, {}));
+        LocalBackend backend({server.base(), u"k"_s}, {}, path());
+        QVERIFY(outcomeOf(backend.fetchEvents()).failure().startsWith(u"Decode error: "_s));
+        QCOMPARE(entries(), QStringList{u"events-response.json"_s});
+        QCOMPARE(content(path()), QByteArray());
+    }
+
     void onlyWhatCannotBeDecodedIsKept()
     {
         HttpServer server;

@@ -140,6 +140,12 @@ private Q_SLOTS:
         QVERIFY(outcome.errorAs<TransportError>() != nullptr);
     }
 
+    void whatShipsWaitsAMinuteAndTakesAQuarterOfAGigabyte()
+    {
+        QCOMPARE(Limits().silence, std::chrono::seconds(60));
+        QCOMPARE(Limits().largestReply, 268'435'456);
+    }
+
     void aReplyOfTheLimitIsTaken()
     {
         Limits limits;

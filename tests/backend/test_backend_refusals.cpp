@@ -2,6 +2,7 @@
 
 #include "account/CredentialsStore.h"
 #include "backend/AuthRecords.h"
+#include "backend/AuthReply.h"
 #include "backend/SupabaseError.h"
 #include "backend/TransportError.h"
 #include "backend/UndecodableReply.h"
@@ -63,7 +64,7 @@ private Q_SLOTS:
     {
         QTest::addColumn<int>("status");
         QTest::addColumn<QByteArray>("body");
-        QTest::addColumn<QString>("text"); // empty: each operation's own
+        QTest::addColumn<QString>("text"); // null: each operation's own
 
         QTest::newRow("both texts")
             << 400 << QByteArray("{\"error\":\"invalid_grant\",\"error_description\":\"Non\"}")
@@ -82,6 +83,12 @@ private Q_SLOTS:
         QTest::newRow("a list") << 500 << QByteArray("[]") << u"[]"_s;
         QTest::newRow("a page") << 502 << QByteArray("<html>\xC3\xA9</html>")
                                 << u"<html>é</html>"_s;
+        QTest::newRow("an empty description")
+            << 400 << QByteArray("{\"error\":\"e\",\"error_description\":\"\"}") << u""_s;
+        QTest::newRow("an empty error") << 400 << QByteArray("{\"error\":\"\"}") << u""_s;
+        QTest::newRow("text with room around it")
+            << 429 << QByteArray(" Too many\r\n") << u" Too many\r\n"_s;
+        QTest::newRow("blank") << 500 << QByteArray(" \n") << u" \n"_s;
         QTest::newRow("nothing") << 500 << QByteArray() << QString();
         QTest::newRow("not UTF-8") << 500 << QByteArray("\xE9") << QString();
         QTest::newRow("a challenge") << 401 << QByteArray("{\"error\":\"no\"}") << u"no"_s;
@@ -101,11 +108,27 @@ private Q_SLOTS:
             m_visitor->backend.clearSavedCredentials();
             m_seen.clear();
             const Session before = m_visitor->backend.session();
-            QCOMPARE(m_visitor->signedIn(HttpAnswer::whole(status, body), isNew),
-                     text.isEmpty() ? fallback : text);
+            m_visitor->server.answer(HttpAnswer::whole(status, body));
+            const auto outcome = outcomeOf(isNew ? m_visitor->backend.signUp(u"a@b.fr"_s, u"p"_s)
+                                                 : m_visitor->backend.signIn(u"a@b.fr"_s, u"p"_s));
+            QVERIFY(outcome.errorAs<SupabaseError>() != nullptr);
+            QCOMPARE(outcome.errorAs<SupabaseError>()->kind(), SupabaseError::Case::authError);
+            QCOMPARE(outcome.failure(), text.isNull() ? fallback : text);
             QCOMPARE(m_visitor->backend.session(), before);
             QVERIFY(m_seen.isEmpty());
             QVERIFY(!m_visitor->remembered());
+        }
+    }
+
+    void whatIsNoHttpIsNoRefusal()
+    {
+        for (const QString &fallback : {u"Authentication failed."_s, u"Sign up failed."_s}) {
+            try {
+                granted({std::nullopt, "{\"error\":\"e\"}"}, fallback);
+                QFAIL("taken for a success");
+            } catch (const SupabaseError &error) {
+                QCOMPARE(error, SupabaseError::invalidResponse());
+            }
         }
     }
 

@@ -163,6 +163,22 @@ private Q_SLOTS:
         QCOMPARE(target.first(target.indexOf('?')), arrives + "/rest/v1/events");
     }
 
+    void aCookieIsNotSentBack()
+    {
+        HttpServer server;
+        const HttpHeaders cookie{{"Set-Cookie", "a=b; Path=/"}};
+        HttpHeaders moved = cookie;
+        moved.append(std::pair<QByteArray, QByteArray>("Location", "/ailleurs"));
+        server.answerInTurn({HttpAnswer::whole(200, "[]", cookie),
+                             HttpAnswer::whole(302, "", moved), HttpAnswer::whole(200, "[]")});
+        LocalBackend backend({server.base(), u"k"_s});
+        for (int i = 0; i < 2; ++i)
+            QCOMPARE(outcomeOf(backend.fetchEvents()).failure(), QString());
+        QCOMPARE(server.requests().size(), 3);
+        for (const HttpRequest &request : server.requests())
+            QVERIFY(request.header("Cookie").isNull());
+    }
+
     void whatStandsBeforeTheHostIsNotSent()
     {
         HttpServer server;

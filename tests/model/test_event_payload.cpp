@@ -119,6 +119,16 @@ void TestEventPayload::whatIsEmptyIsWritten()
     payload.lieu = QString();
     const QByteArray written = R"({"id":"","titre":"","tags":[],"lieu":""})";
     QCOMPARE(payload.toJson(), written);
+
+    const QString none;
+    const EventCreatePayload empty{none, none, none, none, QStringList{none, u"a"_s, none},
+                                   none, none, none, none, none,
+                                   none, none};
+    const QByteArray all =
+        R"({"id":"","user_id":"","titre":"","description":"","tags":["","a",""],"lieu":"",)"
+        R"("link":"","organise_par":"","contact_email":"","date_texte":"","heure_texte":"",)"
+        R"("starts_at":""})";
+    QCOMPARE(empty.toJson(), all);
 }
 
 void TestEventPayload::membersAreWrittenInTheirOrder()
