@@ -82,7 +82,7 @@ void Exchange::checkLength()
     if (m_reply->rawHeader("Transfer-Encoding").toLower().contains("chunked"))
         return;
     const QVariant length = m_reply->header(QNetworkRequest::ContentLengthHeader);
-    m_received.isOpenEnded = !length.isValid();
+    m_received.isOpenEnded = !length.isValid() || length.toLongLong() < 0;
     if (m_received.isOpenEnded)
         return;
     m_received.announced = length.toLongLong();
