@@ -10,6 +10,7 @@
 
 #include <QEventLoopLocker>
 
+#include <functional>
 #include <utility>
 
 using namespace Qt::StringLiterals;

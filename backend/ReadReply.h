@@ -4,6 +4,7 @@
 #include "backend/SupabaseError.h"
 #include "backend/UndecodableReply.h"
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <utility>

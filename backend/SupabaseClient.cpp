@@ -6,6 +6,7 @@
 #include "backend/TransportError.h"
 
 #include <memory>
+#include <utility>
 
 namespace {
 
