@@ -16,8 +16,7 @@ inline constexpr qsizetype mostReadHere = qsizetype{64} * 1024;
 /// worker's thread, where what `read` holds is freed too. It may throw SupabaseError and
 /// UndecodableReply, which are passed on.
 template <typename T>
-QCoro::Task<T> readReply(Worker &worker, WaitingRoom &room, qsizetype size,
-                         std::function<T()> read)
+QCoro::Task<T> readReply(Worker &worker, WaitingRoom &room, qsizetype size, std::function<T()> read)
 {
     if (size <= mostReadHere)
         co_return read();
