@@ -26,6 +26,8 @@ SectionList::SectionList(std::function<SectionListRow *()> makeRow, QWidget *par
     , m_focus(new SectionListFocus(this, m_body))
 {
     setAttribute(Qt::WA_OpaquePaintEvent);
+    // Whoever finds the row hidden that had the focus goes up from there: to the current row.
+    m_body->setFocusProxy(this);
     m_heading->hide();
     m_bar->setSingleStep(Metrics::wheelLine);
     new FingerScroll(this, m_bar);

@@ -82,8 +82,10 @@ void SectionListBody::showRow(int row)
 
 void SectionListBody::pin(std::optional<int> row)
 {
-    m_pinned = row;
-    if (row && !m_rows.find(*row))
+    const auto former = std::exchange(m_pinned, row);
+    // What was kept out of view for the focus alone stands in no row's place.
+    const bool lets = former && former != row && m_rows.find(*former) && !isNear(*former);
+    if (lets || (row && !m_rows.find(*row)))
         layOut();
 }
 

@@ -20,7 +20,9 @@ private Q_SLOTS:
     void arrowsOnAButtonMoveTheRow();
     void theRingShowsForTheKeyboardOnly();
     void aFocusedRowScrolledAwayKeepsTheFocusAndComesBack();
+    void nothingIsKeptOfARowOutOfViewThatLostTheFocus();
     void theFocusComesBackAfterASheet();
+    void aSheetOverARowThatIsGoneGivesTheFocusToTheCurrentRow();
     void aHiddenButtonLeavesTheFocusToItsRow();
     void aListDestroyedWithTheFocusInItIsJustGone();
 };
@@ -254,6 +256,44 @@ void TestSectionListKeys::theFocusComesBackAfterASheet()
     window.after->setFocus();
     window.list->focusRow(u"gone"_s);
     QCOMPARE(QApplication::focusWidget(), window.row(499));
+}
+
+/// A reader was told that it stands just above the list's upper edge.
+void TestSectionListKeys::nothingIsKeptOfARowOutOfViewThatLostTheFocus()
+{
+    ListWindow window;
+    window.setRows(1000);
+    window.key(Qt::Key_Tab);
+    window.list->scrollBar()->setValue(30'000);
+    QVERIFY(window.row(0));
+    const int seen = window.list->rowAt({50, 200}).value_or(-1);
+    QVERIFY(seen > 0);
+    window.click(seen);
+    QCOMPARE(QApplication::focusWidget(), window.row(seen));
+    QCOMPARE(window.row(0), nullptr);
+
+    window.list->scrollBar()->setValue(0);
+    QVERIFY(window.row(seen));
+    window.after->setFocus();
+    QCOMPARE(window.row(seen), nullptr);
+}
+
+/// Whoever gives the focus back finds the row hidden, and goes up from there.
+void TestSectionListKeys::aSheetOverARowThatIsGoneGivesTheFocusToTheCurrentRow()
+{
+    ListWindow window;
+    window.setRows(1000);
+    window.key(Qt::Key_Tab);
+    window.key(Qt::Key_Down);
+    QWidget *rows = window.row(1)->parentWidget();
+    window.after->setFocus();
+    window.list->scrollBar()->setValue(30'000);
+    QCOMPARE(window.row(1), nullptr);
+    rows->setFocus(Qt::OtherFocusReason);
+    QVERIFY(window.row(1));
+    QCOMPARE(QApplication::focusWidget(), window.row(1));
+    QVERIFY(window.row(1)->showsFocus());
+    QVERIFY(window.topOf(1) >= 0 && window.topOf(1) < window.list->height());
 }
 
 void TestSectionListKeys::aHiddenButtonLeavesTheFocusToItsRow()
