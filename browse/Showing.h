@@ -12,6 +12,11 @@
 template <typename Shown>
 class Showing {
 public:
+    Showing() = default;
+    /// What is open goes with its window, which has no state any more to take anything back from.
+    ~Showing() { QObject::disconnect(m_closing); }
+    Q_DISABLE_COPY_MOVE(Showing)
+
     /// `item` names what is shown, if anything is asked for; with another name it is shown anew.
     /// `make` builds it; `onClosed` is called when it has closed by itself, and must take the
     /// asking back.
@@ -23,7 +28,7 @@ public:
         m_item = item;
         if (Shown *old = std::exchange(m_shown, nullptr)) {
             // Not asked for any more, it has nothing to take back.
-            QObject::disconnect(old, &Shown::closed, nullptr, nullptr);
+            QObject::disconnect(m_closing);
             old->close();
             // Later: it may be this very one that tells of its closing.
             old->deleteLater();
@@ -31,7 +36,7 @@ public:
         if (!item)
             return;
         m_shown = make();
-        QObject::connect(m_shown, &Shown::closed, m_shown, onClosed);
+        m_closing = QObject::connect(m_shown, &Shown::closed, m_shown, onClosed);
         m_shown->open();
     }
 
@@ -41,4 +46,5 @@ public:
 private:
     std::optional<QString> m_item;
     QPointer<Shown> m_shown;
+    QMetaObject::Connection m_closing; ///< what its closing calls
 };

@@ -64,6 +64,7 @@ private Q_SLOTS:
     void returnTwiceOnARowOpensNoBrowser();
     void keysScrollTheDetailWithAndWithoutALink();
     void whatIsAskedForIsWhatShows();
+    void aWindowThatGoesWithItsSheetOpenAsksForNothingAnyMore();
     void noKeyReloadsTheListUnderASheet();
     void aSaveThatEndsLeavesTheFocusWithAnotherProgram();
     void theFocusGoesBackToTheRowThatWasChanged();
@@ -217,6 +218,20 @@ void TestWindowSheets::whatIsAskedForIsWhatShows()
     ask({});
     QTRY_VERIFY(!first);
     QVERIFY(m_window->findChild<QAbstractButton *>()->isEnabled());
+}
+
+/// Its state is gone by then, and so are its lists.
+void TestWindowSheets::aWindowThatGoesWithItsSheetOpenAsksForNothingAnyMore()
+{
+    int closed = 0;
+    {
+        Showing<Sheet> slot;
+        const auto make = [this] { return new Sheet(200, m_window.get()); };
+        slot.keep(u"a"_s, make, [&closed] { ++closed; });
+        QVERIFY(sheet(m_window.get()));
+    }
+    m_window.reset();
+    QCOMPARE(closed, 0);
 }
 
 void TestWindowSheets::noKeyReloadsTheListUnderASheet()
