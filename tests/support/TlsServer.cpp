@@ -20,8 +20,9 @@ TlsServer::TlsServer(const QByteArray &certificate)
     QObject::connect(&m_server, &QSslServer::pendingConnectionAvailable, &m_server, [this] {
         auto *const socket = m_server.nextPendingConnection();
         const auto read = [this, socket] {
-            m_received += socket->readAll();
-            if (m_received.endsWith("\r\n\r\n"))
+            const QByteArray came = socket->readAll();
+            m_received += came;
+            if (!came.isEmpty() && m_received.endsWith("\r\n\r\n"))
                 socket->write(m_answer);
         };
         QObject::connect(socket, &QTcpSocket::readyRead, socket, read);
