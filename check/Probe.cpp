@@ -1,5 +1,7 @@
 #include "check/Probe.h"
 
+#include "platform/Gmt.h"
+
 #include <QCoroNetworkReply>
 
 #include <QJsonDocument>
@@ -21,10 +23,9 @@ constexpr std::chrono::seconds patience{20};
 QDateTime httpDate(const QByteArray &header)
 {
     // RFC 9110: always in English, always GMT.
-    QDateTime date = QLocale::c().toDateTime(QString::fromLatin1(header).trimmed(),
-                                             u"ddd, dd MMM yyyy HH:mm:ss 'GMT'"_s);
-    date.setTimeSpec(Qt::UTC);
-    return date;
+    const QDateTime date = QLocale::c().toDateTime(QString::fromLatin1(header).trimmed(),
+                                                   u"ddd, dd MMM yyyy HH:mm:ss 'GMT'"_s);
+    return QDateTime(date.date(), date.time(), inGmt);
 }
 
 QString reason(const QSslError &error)
