@@ -31,6 +31,7 @@ AccountButton::AccountButton(QWidget *parent)
 {
     setFont(appFont(11));
     setAccessibleName(u"Compte"_s);
+    setAccessibleRole(this, QAccessible::Button);
     setFocusPolicy(Qt::TabFocus);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     pressWithReturn(this);
@@ -48,6 +49,8 @@ void AccountButton::setEmail(const QString &email)
 
 void AccountButton::setOpen(bool isOpen)
 {
+    if (isOpen == m_isOpen)
+        return;
     m_isOpen = isOpen;
     update();
 }

@@ -1,10 +1,12 @@
 #pragma once
 
+#include "look/Accessibility.h"
+
 #include <QAbstractButton>
 
 /// The header's account button: a person, and the account's e-mail address when one is known, cut
 /// at its end where it is long.
-class AccountButton : public QAbstractButton {
+class AccountButton : public QAbstractButton, public Pressable {
     Q_OBJECT
 
 public:
@@ -14,6 +16,9 @@ public:
     void setEmail(const QString &email);
     /// Whether the menu that the button opens is open, which shows in its background.
     void setOpen(bool isOpen);
+
+    void press() override { click(); }
+    std::optional<bool> isOpen() const override { return m_isOpen; }
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;

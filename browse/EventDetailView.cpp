@@ -51,6 +51,7 @@ QWidget *makeBody(const Event &event, const Calendar &calendar)
         column->addWidget(description);
     }
     auto *meta = new EventMeta(body);
+    meta->setNamesKinds(true);
     meta->setEvent(event, calendar);
     meta->setSelectable();
     column->addWidget(meta);
@@ -88,6 +89,7 @@ EventDetailView::EventDetailView(const Event &event, const Calendar &calendar, Q
     row->addWidget(close);
 
     setAccessibleName(event.titre);
+    setAccessibleDescription(whenAndWhere(event, calendar));
     setBody(makeBody(event, calendar), leastHeight);
     setFooter(footer);
     setFooterLine(true);

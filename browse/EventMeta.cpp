@@ -30,17 +30,17 @@ EventMeta::EventMeta(QWidget *parent)
 
 void EventMeta::setEvent(const Event &event, const Calendar &calendar)
 {
-    QStringList spoken;
-    const auto show = [&](SymbolLabel *label, const std::optional<QString> &text) {
+    const auto show = [&](SymbolLabel *label, const QString &kind,
+                          const std::optional<QString> &text) {
         label->setVisible(isPresent(text));
         label->setText(text.value_or(QString()));
-        if (isPresent(text))
-            spoken.append(*text);
+        if (m_namesKinds)
+            label->setAccessibleName(kind + u"\u00A0: "_s + text.value_or(QString()));
     };
-    show(m_date, shownDate(event, calendar));
-    show(m_time, event.heure_texte);
-    show(m_place, event.lieu);
-    m_spoken = spoken.join(u", "_s);
+    show(m_date, u"Date"_s, shownDate(event, calendar));
+    show(m_time, u"Heure"_s, event.heure_texte);
+    show(m_place, u"Lieu"_s, event.lieu);
+    m_spoken = whenAndWhere(event, calendar);
     updateGeometry();
     arrange();
 }

@@ -15,6 +15,10 @@ class EventMeta : public QWidget {
 public:
     explicit EventMeta(QWidget *parent = nullptr);
 
+    /// What the symbols say to the eye is said in words to readers, which speak no text of a dialog
+    /// that has but a word or two: "Heure : 14:30". To be set before the event.
+    void setNamesKinds(bool namesKinds) { m_namesKinds = namesKinds; }
+
     void setEvent(const Event &event, const Calendar &calendar);
     /// Lets its texts be selected and copied, for good.
     void setSelectable();
@@ -36,4 +40,5 @@ private:
     SymbolLabel *m_time;
     SymbolLabel *m_place;
     QString m_spoken;
+    bool m_namesKinds = false;
 };

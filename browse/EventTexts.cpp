@@ -15,3 +15,13 @@ std::optional<QString> shownDate(const Event &event, const Calendar &calendar)
         return calendar.moment(*event.starts_at);
     return {};
 }
+
+QString whenAndWhere(const Event &event, const Calendar &calendar)
+{
+    QStringList texts;
+    for (const auto &text : {shownDate(event, calendar), event.heure_texte, event.lieu}) {
+        if (isPresent(text))
+            texts.append(*text);
+    }
+    return texts.join(u", ");
+}

@@ -21,8 +21,9 @@ constexpr int symbolSize = 14;
 /// The symbol of the field as something to press. The field paints it.
 class CalendarOpener final : public QAbstractButton, public Pressable {
 public:
-    explicit CalendarOpener(QWidget *parent)
+    CalendarOpener(const QWidget *calendar, QWidget *parent)
         : QAbstractButton(parent)
+        , m_calendar(calendar)
     {
         // The keyboard has keys of its own for it.
         setFocusPolicy(Qt::NoFocus);
@@ -32,9 +33,13 @@ public:
     }
 
     void press() override { click(); }
+    std::optional<bool> isOpen() const override { return m_calendar->isVisible(); }
 
 protected:
     void paintEvent(QPaintEvent *) override { }
+
+private:
+    const QWidget *m_calendar;
 };
 
 } // namespace
@@ -49,7 +54,7 @@ DateField::DateField(const QString &name, const QLocale &locale, QWidget *parent
     setButtonSymbols(NoButtons);
     PickerStyle::dress(this, lineEdit(), name, Symbol::Calendar, symbolSize);
 
-    auto *opener = new CalendarOpener(this);
+    auto *opener = new CalendarOpener(m_calendar, this);
     opener->setGeometry(PickerStyle::symbolArea(size()));
     connect(opener, &QAbstractButton::clicked, this, &DateField::openCalendar);
     connect(m_calendar, &CalendarPopup::chosen, this, &QDateEdit::setDate);
@@ -62,7 +67,8 @@ void DateField::openCalendar()
 
 QSize DateField::sizeHint() const
 {
-    return {scaled(fieldWidth), fieldHeight()};
+    const QString widest = locale().toString(QDate(2028, 10, 28), displayFormat());
+    return {PickerStyle::widthFor({widest}, fieldWidth), fieldHeight()};
 }
 
 void DateField::keyPressEvent(QKeyEvent *event)

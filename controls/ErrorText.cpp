@@ -80,7 +80,7 @@ ErrorText::ErrorText(QWidget *parent)
     setSizePolicy(policy);
     setFocusProxy(m_view);
     setFont(appFont(13));
-    setAccessibleRole(this, QAccessible::AlertMessage);
+    setAccessibleRole(this, QAccessible::Notification);
     updateColor();
 }
 

@@ -6,9 +6,12 @@
 #include "look/Fonts.h"
 
 #include <QAbstractSpinBox>
+#include <QFontMetricsF>
 #include <QLineEdit>
 #include <QPainter>
 #include <QStyleOption>
+
+#include <algorithm>
 
 namespace {
 
@@ -40,6 +43,16 @@ void PickerStyle::dress(QAbstractSpinBox *field, QLineEdit *edit, const QString 
     QPalette clear;
     clear.setColor(QPalette::Base, Qt::transparent); // the field's fill has round corners
     edit->setPalette(clear);
+}
+
+int PickerStyle::widthFor(const QStringList &texts, int drawn)
+{
+    constexpr int cursor = 2;
+    const QFontMetricsF metrics(appFont(13));
+    int text = 0;
+    for (const QString &candidate : texts)
+        text = std::max(text, qCeil(metrics.horizontalAdvance(candidate)));
+    return std::max(scaled(drawn), fieldPadding + text + cursor + symbolArea({}).width());
 }
 
 QRect PickerStyle::symbolArea(const QSize &field)

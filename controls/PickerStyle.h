@@ -20,6 +20,9 @@ public:
     static void dress(QAbstractSpinBox *field, QLineEdit *edit, const QString &name, Symbol symbol,
                       int symbolSize);
 
+    /// How wide a picker is: as drawn, or as much wider as one of these texts needs.
+    static int widthFor(const QStringList &texts, int drawn);
+
     /// Where the symbol takes the mouse, within a field of this size.
     static QRect symbolArea(const QSize &field);
 

@@ -1,6 +1,7 @@
 #include "controls/PopupLabel.h"
 
 #include "controls/Menu.h"
+#include "controls/OneLine.h"
 #include "look/FocusRing.h"
 #include "look/Fonts.h"
 #include "look/Painting.h"
@@ -22,17 +23,6 @@ constexpr int chevronSize = 11;
 constexpr int chevronGap = 8;
 /// More than any screen shows in one line: measuring takes its time by the character.
 constexpr qsizetype mostInLine = 1500;
-
-QString asLine(const QString &text)
-{
-    QString line = text.left(mostInLine);
-    for (QChar &c : line) {
-        if (c.category() == QChar::Other_Control || c == QChar::LineSeparator
-            || c == QChar::ParagraphSeparator)
-            c = u' ';
-    }
-    return line;
-}
 
 int chevronRoom()
 {
@@ -59,7 +49,7 @@ PopupLabel::PopupLabel(const QString &name, QWidget *parent)
 void PopupLabel::setLabel(const QString &label, ColorRole color)
 {
     m_label = label;
-    m_line = asLine(label);
+    m_line = oneLine(label.left(mostInLine));
     m_color = color;
     setAccessibleDescription(label);
     updateToolTip();
@@ -70,6 +60,11 @@ void PopupLabel::setLabel(const QString &label, ColorRole color)
 void PopupLabel::press()
 {
     m_menu->open(Menu::OpenedBy::Keyboard);
+}
+
+std::optional<bool> PopupLabel::isOpen() const
+{
+    return m_menu->isVisible();
 }
 
 QSize PopupLabel::sizeHint() const

@@ -23,6 +23,7 @@ public:
     Menu *menu() const { return m_menu; }
 
     void press() override;
+    std::optional<bool> isOpen() const override;
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;

@@ -1,5 +1,6 @@
 #include "controls/SymbolLabel.h"
 
+#include "controls/OneLine.h"
 #include "look/Fonts.h"
 
 #include <QPainter>
@@ -45,8 +46,7 @@ QSize SymbolLabel::minimumSizeHint() const
 
 TextBlock SymbolLabel::block() const
 {
-    // A label of one line shows a text's line breaks as spaces rather than end at the first.
-    return {m_wrapping ? text() : text().simplified(), font(), m_wrapping ? 0 : 1};
+    return TextBlock(m_wrapping ? text() : oneLine(text()), font(), m_wrapping ? 0 : 1);
 }
 
 int SymbolLabel::indent() const

@@ -3,7 +3,9 @@
 #include "look/Fonts.h"
 
 #include <QFontMetricsF>
+#include <QGlyphRun>
 #include <QPainter>
+#include <QRawFont>
 
 #include <algorithm>
 #include <cmath>
@@ -37,6 +39,24 @@ QString firstOf(const QString &text, qsizetype most)
     return text.first(text[most - 1].isHighSurrogate() ? most - 1 : most);
 }
 
+/// How far a line's first letter reaches out to the left of where it stands, as "J" does in some
+/// fonts: a label ends there.
+int overhang(const QTextLine &line)
+{
+    if (line.textLength() == 0)
+        return 0;
+    const auto runs = line.glyphRuns(line.textStart(), 1);
+    qreal left = 0;
+    for (const QGlyphRun &run : runs) {
+        const auto glyphs = run.glyphIndexes();
+        const auto positions = run.positions();
+        for (qsizetype i = 0; i < glyphs.size(); ++i)
+            left = std::min(
+                left, positions[i].x() - line.x() + run.rawFont().boundingRect(glyphs[i]).left());
+    }
+    return qCeil(-left);
+}
+
 } // namespace
 
 TextBlock::TextBlock(const QString &text, const QFont &font, int maximumLines,
@@ -66,8 +86,9 @@ void TextBlock::layOut(int width)
         // The last line again, with what follows it, so that the ellipsis stands where it must.
         const auto last = m_lines->lineAt(m_lines->lineCount() - 1);
         const int top = extent.height - std::max(m_pitch, qCeil(last.height()));
-        const int from = last.textStart();
-        m_ellipsisLine = std::make_unique<QTextLayout>(lastLine(from), m_font);
+        // It begins with the same letter, and so as far in.
+        const int room = m_width - qRound(last.x());
+        m_ellipsisLine = std::make_unique<QTextLayout>(lastLine(last.textStart(), room), m_font);
         extent.height = breakLines(*m_ellipsisLine, 1, top).height;
     }
     m_height = extent.height;
@@ -86,8 +107,12 @@ TextBlock::Extent TextBlock::breakLines(QTextLayout &layout, int mostLines, int 
         if (!line.isValid())
             break;
         line.setLineWidth(m_width);
+        const int inset =
+            std::min(m_option.alignment() & Qt::AlignLeft ? overhang(line) : 0, m_width - 1);
+        if (inset > 0)
+            line.setLineWidth(m_width - inset);
         const int pitch = std::max(m_pitch, qCeil(line.height()));
-        line.setPosition({0, extent.height + std::floor((pitch - line.height()) / 2)});
+        line.setPosition({qreal(inset), extent.height + std::floor((pitch - line.height()) / 2)});
         extent.end = line.textStart() + line.textLength();
         extent.height += pitch;
         ++extent.lines;
@@ -96,14 +121,14 @@ TextBlock::Extent TextBlock::breakLines(QTextLayout &layout, int mostLines, int 
     return extent;
 }
 
-QString TextBlock::lastLine(int from) const
+QString TextBlock::lastLine(int from, int room) const
 {
     const auto lineEnd = m_text.indexOf(QChar::LineSeparator, from);
     const bool goesOn = m_bounded || lineEnd >= 0;
     QString line = firstOf(m_text.mid(from, lineEnd < 0 ? -1 : lineEnd - from), mostInLine);
     if (goesOn)
         line += ellipsis;
-    return QFontMetricsF(m_font).elidedText(line, Qt::ElideRight, m_width);
+    return QFontMetricsF(m_font).elidedText(line, Qt::ElideRight, room);
 }
 
 int TextBlock::naturalWidth() const
@@ -115,7 +140,7 @@ int TextBlock::naturalWidth() const
         qreal widest = 0;
         for (auto line = layout.createLine(); line.isValid(); line = layout.createLine()) {
             line.setLineWidth(unlimited);
-            widest = std::max(widest, line.naturalTextWidth());
+            widest = std::max(widest, line.naturalTextWidth() + overhang(line));
         }
         layout.endLayout();
         m_naturalWidth = qCeil(widest);

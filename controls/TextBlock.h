@@ -54,7 +54,7 @@ private:
         int lines;
     };
     Extent breakLines(QTextLayout &layout, int mostLines, int top) const;
-    QString lastLine(int from) const;
+    QString lastLine(int from, int room) const;
     int lineEnd(const QTextLine &line) const;
 
     QString m_text; ///< what is laid out, with line separators

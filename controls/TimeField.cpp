@@ -16,18 +16,22 @@ constexpr int symbolSize = 11;
 
 } // namespace
 
-TimeField::TimeField(const QString &name, const QLocale &locale, QWidget *parent)
+TimeField::TimeField(const QString &name, const QLocale &locale, Hours hours, QWidget *parent)
     : QTimeEdit(parent)
 {
     setLocale(locale);
-    setDisplayFormat(u"HH:mm"_s);
+    setDisplayFormat(hours == Hours::TwiceTwelve ? u"h:mm AP"_s : u"HH:mm"_s);
     setWrapping(true);
     PickerStyle::dress(this, lineEdit(), name, Symbol::Stepper, symbolSize);
 }
 
 QSize TimeField::sizeHint() const
 {
-    return {scaled(fieldWidth), fieldHeight()};
+    constexpr int hoursOfDay = 24;
+    QStringList widest;
+    for (int hour = 0; hour < hoursOfDay; ++hour)
+        widest.append(locale().toString(QTime(hour, 58), displayFormat()));
+    return {PickerStyle::widthFor(widest, fieldWidth), fieldHeight()};
 }
 
 void TimeField::wheelEvent(QWheelEvent *event)

@@ -87,7 +87,9 @@ EventFormBody::EventFormBody(const EventForm &initial, const Calendar &calendar,
     , m_organiser(new PopupButton(u"Organisé par"_s, availableOrganisers()))
     , m_custom(new QWidget)
     , m_date(new DateField(u"Date"_s, QLocale(calendar.localeName())))
-    , m_time(new TimeField(u"Heure"_s, QLocale(calendar.localeName())))
+    , m_time(new TimeField(u"Heure"_s, QLocale(calendar.localeName()),
+                           calendar.hasTwelveHours() ? TimeField::Hours::TwiceTwelve
+                                                     : TimeField::Hours::TwentyFour))
 {
     m_description->setAccessibleName(u"Description"_s);
     m_description->setWholeText(m_form.description);

@@ -70,6 +70,13 @@ public:
             state.selectable = true;
             state.selected = item->isChosen();
         }
+        const auto *opener = pressable();
+        if (const auto isOpen = opener ? opener->isOpen() : std::nullopt) {
+            state.hasPopup = true;
+            state.expandable = true;
+            state.expanded = *isOpen;
+            state.collapsed = !*isOpen;
+        }
         state.readOnly = role() == QAccessible::StaticText;
         return state;
     }

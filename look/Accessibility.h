@@ -2,6 +2,8 @@
 
 #include <QAccessible>
 
+#include <optional>
+
 class QWidget;
 
 /// Makes the roles below reach screen readers, and makes plain widgets that are windows read as
@@ -25,4 +27,6 @@ public:
 
     virtual void press() = 0; ///< do what a click does
     virtual bool isChosen() const { return false; } ///< selected among its siblings
+    /// Whether what it opens beside itself is open; none for what opens nothing so.
+    virtual std::optional<bool> isOpen() const { return {}; }
 };

@@ -242,3 +242,12 @@ QString Calendar::timeText(Instant instant) const
 {
     return m_shared->text(TimeForm, instant);
 }
+
+bool Calendar::hasTwelveHours() const
+{
+    UErrorCode status = U_ZERO_ERROR;
+    const std::unique_ptr<icu::DateTimePatternGenerator> generator(
+        icu::DateTimePatternGenerator::createInstance(m_shared->locale, status));
+    const icu::UnicodeString time = generator->getBestPattern(u"jm", status);
+    return time.indexOf(u'h') >= 0 || time.indexOf(u'K') >= 0;
+}

@@ -43,6 +43,8 @@ public:
     QString dayText(Instant instant) const;
     /// Pattern 'HH:mm' in the locale's own digits.
     QString timeText(Instant instant) const;
+    /// Whether moment() counts the hours of a day by twice twelve, as its locale does.
+    bool hasTwelveHours() const;
 
 private:
     struct Shared;

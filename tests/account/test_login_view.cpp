@@ -6,6 +6,7 @@
 #include "look/Colors.h"
 #include "look/Fonts.h"
 #include "support/HttpServer.h"
+#include "support/LabelledHeight.h"
 #include "support/LoginForm.h"
 #include "support/Picture.h"
 #include "support/ViewMain.h"
@@ -315,7 +316,7 @@ private Q_SLOTS:
         const LoginForm form;
         QVERIFY(!form.error()->isVisible());
         const int title = lineHeight(appFont(20, QFont::DemiBold)) + 6 + lineHeight(appFont(13));
-        const int controls = 4 * scaled(28);
+        const int controls = 3 * scaled(28) + labelledHeight();
         QCOMPARE(form.view->card().size(), QSize(360, 20 + title + 4 * 12 + controls + 20));
     }
 

@@ -3,6 +3,7 @@
 #include "look/Colors.h"
 #include "look/FocusRing.h"
 #include "look/Fonts.h"
+#include "support/LabelledHeight.h"
 #include "support/Picture.h"
 #include "support/Typing.h"
 
@@ -79,8 +80,8 @@ private Q_SLOTS:
         };
         QCOMPARE(SecondaryButton(text).sizeHint().width(), textWidth(QFont::Normal) + 24);
         QCOMPARE(PrimaryButton(text).sizeHint().width(), textWidth(QFont::Medium) + 24);
-        QCOMPARE(PrimaryButton(text).sizeHint().height(), 28);
-        QCOMPARE(SecondaryButton(text).sizeHint().height(), 28);
+        QCOMPARE(PrimaryButton(text).sizeHint().height(), labelledHeight());
+        QCOMPARE(SecondaryButton(text).sizeHint().height(), labelledHeight());
 
         PrimaryButton withSymbol(text);
         withSymbol.setSymbol(Symbol::Plus);

@@ -86,8 +86,8 @@ QWidget *fillForm(QWidget &window)
              new SegmentedControl(u"Mode"_s, {u"Se connecter"_s, u"Créer"_s}, &window),
              new TextField(u"Titre"_s, &window), editor,
              new DateField(u"Date"_s, QLocale(u"fr_FR"_s), &window),
-             new TimeField(u"Heure"_s, QLocale(u"fr_FR"_s), &window), error,
-             new PrimaryButton(u"Publier"_s, &window)})
+             new TimeField(u"Heure"_s, QLocale(u"fr_FR"_s), TimeField::Hours::TwentyFour, &window),
+             error, new PrimaryButton(u"Publier"_s, &window)})
         window.layout()->addWidget(part);
     return &window;
 }

@@ -13,6 +13,7 @@
 #include <QAbstractButton>
 #include <QAbstractItemView>
 #include <QCalendarWidget>
+#include <QLineEdit>
 #include <QLocale>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -34,6 +35,8 @@ private Q_SLOTS:
     void aDayIsTyped();
     void aDayIsTypedInTheLocalesOwnDigits();
     void aTimeIsTyped();
+    void whoCountsTwiceTwelveHoursReadsAndTypesThemSo();
+    void aTimeIsSeenWholeHoweverItsHoursAreCounted();
     void arrowKeysChangeWhatTheCursorIsIn();
     void theTwoArrowsOfTheTimeStepIt();
     void minutesGoRoundWithoutChangingTheHour();
@@ -114,6 +117,37 @@ void TestDateTimeFields::aTimeIsTyped()
     form.time->setSelectedSection(QDateTimeEdit::HourSection);
     type(form.time, u"0905"_s);
     QCOMPARE(form.time->time(), QTime(9, 5));
+}
+
+void TestDateTimeFields::whoCountsTwiceTwelveHoursReadsAndTypesThemSo()
+{
+    const DateTimeForm form(u"en_US"_s, TimeField::Hours::TwiceTwelve);
+    QCOMPARE(form.time->text(), u"2:30 PM"_s);
+    form.time->setFocus(Qt::TabFocusReason);
+    form.time->setSelectedSection(QDateTimeEdit::HourSection);
+    type(form.time, u"1105"_s);
+    form.time->setSelectedSection(QDateTimeEdit::AmPmSection);
+    QTest::keyClick(form.time, Qt::Key_Down);
+    QCOMPARE(form.time->time(), QTime(11, 5));
+    QCOMPARE(form.time->text(), u"11:05 AM"_s);
+    form.time->setTime(QTime(0, 15));
+    QCOMPARE(form.time->text(), u"12:15 AM"_s);
+}
+
+void TestDateTimeFields::aTimeIsSeenWholeHoweverItsHoursAreCounted()
+{
+    for (const QString &locale : {u"fr_FR"_s, u"en_US"_s, u"ar_EG"_s, u"hi_IN"_s}) {
+        for (const auto hours : {TimeField::Hours::TwentyFour, TimeField::Hours::TwiceTwelve}) {
+            const DateTimeForm form(locale, hours);
+            for (int hour = 0; hour < 24; ++hour) {
+                form.time->setTime(QTime(hour, 58));
+                const auto *edit = form.time->findChild<QLineEdit *>();
+                const qreal text = QFontMetricsF(edit->font()).horizontalAdvance(edit->text());
+                // The toolkit keeps two pixels free on both sides.
+                QVERIFY2(qCeil(text) <= edit->width() - 4, qPrintable(locale + edit->text()));
+            }
+        }
+    }
 }
 
 void TestDateTimeFields::arrowKeysChangeWhatTheCursorIsIn()

@@ -5,6 +5,7 @@
 #include "look/Colors.h"
 #include "look/Compositing.h"
 #include "look/Symbols.h"
+#include "support/LabelledHeight.h"
 #include "support/MenuScene.h"
 #include "support/Picture.h"
 #include "support/Typing.h"
@@ -67,7 +68,7 @@ void TestMenu::theMenuIsAsWideAsItsLabelAndAsHighAsItsItems()
     const MenuScene it;
     QTest::mouseClick(it.picker, Qt::LeftButton);
     QCOMPARE(it.card().size(), QSize(220, 4 + 3 * 26 + 4));
-    QCOMPARE(it.picker->size(), QSize(220, 28));
+    QCOMPARE(it.picker->size(), QSize(220, labelledHeight()));
 }
 
 void TestMenu::keysOpenTheMenuAtTheChosenItem_data()

@@ -10,6 +10,7 @@
 #include "look/Fonts.h"
 #include "platform/Gmt.h"
 #include "support/FormTest.h"
+#include "support/LabelledHeight.h"
 #include "support/ViewMain.h"
 
 #include <QApplication>
@@ -49,6 +50,7 @@ private Q_SLOTS:
     void inALowWindowTheFieldsScrollBetweenHeadingAndButtons();
     void theWheelOverAPickerScrollsTheForm();
     void theDayIsWrittenAsTheUserWritesDays();
+    void theHoursAreCountedAsTheListCountsThem();
     void aDayOfLongAgoIsNotTouched();
     void enormousTextsOpenInASheetOfTheUsualSize();
     void textsAreShownAsTheyAre();
@@ -148,7 +150,8 @@ void TestAddEventView::theSheetIsAsHighAsItsParts()
     const Form form;
     form.window->resize(760, 780);
     const int captions = 7 * std::max(scaled(15), QFontMetrics(appFont(12)).height());
-    const int fields = 7 * fieldHeight() + form.named(u"Description"_s)->height();
+    const int fields =
+        5 * fieldHeight() + 2 * labelledHeight() + form.named(u"Description"_s)->height();
     const int before = form.view->card().height();
     QCOMPARE(form.view->card().width(), 460);
     QCOMPARE(before,
@@ -279,6 +282,22 @@ void TestAddEventView::theDayIsWrittenAsTheUserWritesDays()
     qunsetenv("LC_TIME");
     QCOMPARE(form.named<DateField>(u"Date"_s)->text(), u"۲۰۲۶/۰۶/۱۴"_s);
     QCOMPARE(form.named<TimeField>(u"Heure"_s)->text(), u"۱۸:۳۰"_s);
+}
+
+void TestAddEventView::theHoursAreCountedAsTheListCountsThem()
+{
+    const QByteArray all = qgetenv("LC_ALL");
+    for (const auto &[locale, time] :
+         {std::pair{"en_US.UTF-8", u"6:30 PM"_s}, std::pair{"en_GB.UTF-8", u"18:30"_s},
+          std::pair{"fr_FR.UTF-8", u"18:30"_s}}) {
+        qputenv("LC_ALL", locale);
+        const Event event = fullEvent();
+        const Form form(event);
+        QCOMPARE(form.named<TimeField>(u"Heure"_s)->text(), time);
+        const QString inList = Calendar::current().moment(*event.starts_at);
+        QCOMPARE(inList.contains(u"PM"_s), time.contains(u"PM"_s));
+    }
+    qputenv("LC_ALL", all);
 }
 
 void TestAddEventView::aDayOfLongAgoIsNotTouched()

@@ -223,7 +223,7 @@ void TestSaveEvent::aReasonIsShownLetterByLetter()
     QCOMPARE(shownError(form)->findChild<QTextEdit *>()->toPlainText(),
              u"HTTP 400: <b>Titre</b> &amp; \"lieu\""_s);
     QCOMPARE(QAccessible::queryAccessibleInterface(shownError(form))->role(),
-             QAccessible::AlertMessage);
+             QAccessible::Notification);
 }
 
 void TestSaveEvent::aLongReasonScrollsAndIsCopiedWhole()

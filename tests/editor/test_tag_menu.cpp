@@ -2,6 +2,7 @@
 #include "editor/TagMenuView.h"
 #include "look/Accessibility.h"
 #include "look/Colors.h"
+#include "support/LabelledHeight.h"
 #include "support/Picture.h"
 
 #include <QApplication>
@@ -170,7 +171,7 @@ void TestTagMenu::thePickerIsAsWideAsItsSummary()
     QTRY_COMPARE(it.picker->width(), 10 + text + 8 + 11 + 10);
     it.choose(u"Repas"_s);
     QTRY_VERIFY(it.picker->width() > 10 + text + 8 + 11 + 10);
-    QCOMPARE(it.picker->height(), 28);
+    QCOMPARE(it.picker->height(), labelledHeight());
 }
 
 void TestTagMenu::aLongSummaryIsCutAndNeverWidensTheForm()

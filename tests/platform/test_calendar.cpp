@@ -49,6 +49,8 @@ private Q_SLOTS:
     void monthsAreNamedInTheUsersLocale();
     void momentsAreShortAndReadable();
     void theFormWritesTheLocalesOwnDayAndTime();
+    void theHoursOfADayAreCountedAsInTheListsMoments_data();
+    void theHoursOfADayAreCountedAsInTheListsMoments();
     void daysThatTheClockCutsShortBeginWhereItLands_data();
     void daysThatTheClockCutsShortBeginWhereItLands();
     void theMonthIsThatOfTheLocalesOwnCalendar();
@@ -154,6 +156,30 @@ void TestCalendar::theFormWritesTheLocalesOwnDayAndTime()
                                QJsonArray{asked[u"date_texte"], asked[u"heure_texte"]},
                                QJsonArray{calendar.dayText(instant), calendar.timeText(instant)}};
                        }));
+}
+
+void TestCalendar::theHoursOfADayAreCountedAsInTheListsMoments_data()
+{
+    QTest::addColumn<QString>("locale");
+    QTest::addColumn<bool>("isTwiceTwelve");
+    QTest::newRow("French") << u"fr_FR"_s << false;
+    QTest::newRow("English of the States") << u"en_US"_s << true;
+    QTest::newRow("English of Britain") << u"en_GB"_s << false;
+    QTest::newRow("Arabic of Egypt") << u"ar_EG"_s << true;
+    QTest::newRow("Japanese") << u"ja_JP"_s << false;
+    QTest::newRow("no language") << u"en_US_POSIX"_s << true;
+    QTest::newRow("French, by the user's wish") << u"fr_FR@hours=h12"_s << true;
+}
+
+void TestCalendar::theHoursOfADayAreCountedAsInTheListsMoments()
+{
+    QFETCH(QString, locale);
+    QFETCH(bool, isTwiceTwelve);
+    const Calendar calendar(locale, u"GMT"_s);
+    QCOMPARE(calendar.hasTwelveHours(), isTwiceTwelve);
+    constexpr Instant evening{1'763'676'000'000}; // 22:00
+    const QString moment = calendar.moment(evening);
+    QCOMPARE(moment.contains(u"22"_s), !isTwiceTwelve && !moment.contains(u"٢٢"_s));
 }
 
 void TestCalendar::daysThatTheClockCutsShortBeginWhereItLands_data()

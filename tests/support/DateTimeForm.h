@@ -16,9 +16,10 @@ using namespace Qt::StringLiterals;
 /// A form that scrolls, with both fields, in front. Counts the cancels that reach it.
 class DateTimeForm : public QScrollArea {
 public:
-    explicit DateTimeForm(const QString &locale = u"fr_FR"_s)
+    explicit DateTimeForm(const QString &locale = u"fr_FR"_s,
+                          TimeField::Hours hours = TimeField::Hours::TwentyFour)
         : date(new DateField(u"Date"_s, QLocale(locale), content))
-        , time(new TimeField(u"Heure"_s, QLocale(locale), content))
+        , time(new TimeField(u"Heure"_s, QLocale(locale), hours, content))
     {
         content->setFixedSize(380, 900);
         date->setDate(QDate(2026, 11, 14));
