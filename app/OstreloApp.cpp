@@ -131,6 +131,8 @@ void OstreloApp::loadTranslation()
     if (m_translator.load(QLocale::system(), u"qtbase"_s, u"_"_s,
                           QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
         QCoreApplication::installTranslator(&m_translator);
+    // The window's own texts are French: a toolkit that speaks Arabic must not turn it round.
+    QApplication::setLayoutDirection(Qt::LeftToRight);
 }
 
 void OstreloApp::makeMenuBar()
