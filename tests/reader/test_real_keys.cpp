@@ -1,5 +1,6 @@
 // The program on a real screen: keys that are really held down, and links that really leave it.
 
+#include "support/ReaderDesktop.h"
 #include "support/ReaderProgram.h"
 #include "support/WindowTest.h"
 
@@ -124,7 +125,7 @@ void TestRealKeys::show(const QJsonArray &rows)
         // Refused at once: what was pressed can be pressed again while the key is still down.
         return request.method == "GET" ? reply(rows) : HttpAnswer::whole(400, R"({"msg":"non"})");
     });
-    m_program = std::make_unique<ReaderProgram>(m_desktop, *m_service);
+    m_program = std::make_unique<ReaderProgram>(m_desktop.bus(), *m_service);
     EVENTUALLY(m_program->list().isValid());
     EVENTUALLY(program().child(0).has(State::Active));
 }

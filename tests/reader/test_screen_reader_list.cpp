@@ -1,4 +1,5 @@
 #include "platform/Calendar.h"
+#include "support/ReaderDesktop.h"
 #include "support/ReaderProgram.h"
 #include "support/WindowTest.h"
 
@@ -79,7 +80,7 @@ void TestScreenReaderList::cleanup()
 void TestScreenReaderList::show(const QJsonArray &rows)
 {
     m_service->answer(reply(rows));
-    m_program = std::make_unique<ReaderProgram>(m_desktop, *m_service);
+    m_program = std::make_unique<ReaderProgram>(m_desktop.bus(), *m_service);
     EVENTUALLY((m_list = m_program->list()).isValid());
     EVENTUALLY(program().child(0).has(State::Active));
 }
@@ -178,15 +179,16 @@ void TestScreenReaderList::aRowOpensIsReadClosesAndHasTheFocusAgain()
                  u"dialog Soirée soupe"_s,
                  u"heading Soirée soupe"_s,
                  u"label Chacun apporte un bol."_s,
-                 u"label samedi 6 mai"_s,
-                 u"label 19:00"_s,
-                 u"label Salle Vaudrelle"_s,
+                 u"label Date\u00A0: samedi 6 mai"_s,
+                 u"label Heure\u00A0: 19:00"_s,
+                 u"label Lieu\u00A0: Salle Vaudrelle"_s,
                  u"label Organisé par Morvelle Animation"_s,
                  u"label a@exemple.fr"_s,
                  u"link Ouvrir le lien"_s,
                  u"label Repas, Sport"_s,
                  u"button Fermer"_s,
              }));
+    QCOMPARE(sheet.description(), u"samedi 6 mai, 19:00, Salle Vaudrelle"_s);
     QCOMPARE(sheet.find(Role::Link).description(), u"https://exemple.fr/a?b=1&c=2"_s);
     QVERIFY(item.has(State::Selected));
 

@@ -1,3 +1,4 @@
+#include "support/ReaderDesktop.h"
 #include "support/ReaderProgram.h"
 #include "support/WindowTest.h"
 
@@ -46,7 +47,7 @@ void TestScreenReaderSheet::init()
     for (int i = 0; i < 60; ++i)
         rows.append(row(u"Soirée %1"_s.arg(i), 1 + i, {{u"user_id"_s, QJsonValue()}}));
     m_service->answer(reply(rows));
-    m_program = std::make_unique<ReaderProgram>(m_desktop, *m_service);
+    m_program = std::make_unique<ReaderProgram>(m_desktop.bus(), *m_service);
     EVENTUALLY(m_program->list().isValid());
     EVENTUALLY(window().has(State::Active));
 }

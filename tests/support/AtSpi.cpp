@@ -105,6 +105,23 @@ bool Object::has(State state) const
     return ((words.value(number / bits) >> (number % bits)) & 1U) != 0;
 }
 
+QRect Object::place() const
+{
+    constexpr uint ofScreen = 0;
+    const auto answer = ask(u"org.a11y.atspi.Component"_s, u"GetExtents"_s, {ofScreen});
+    if (answer.type() != QDBusMessage::ReplyMessage || answer.arguments().isEmpty())
+        return {};
+    const auto extents = answer.arguments().constFirst().value<QDBusArgument>();
+    int x = 0;
+    int y = 0;
+    int width = 0;
+    int height = 0;
+    extents.beginStructure();
+    extents >> x >> y >> width >> height;
+    extents.endStructure();
+    return {x, y, width, height};
+}
+
 Object Object::parent() const
 {
     return {m_bus, qdbus_cast<Reference>(property(accessibleInterface(), u"Parent"_s))};
@@ -148,6 +165,11 @@ bool Object::act(const QString &action) const
 {
     const auto index = actions().indexOf(action);
     return index >= 0 && firstOf<bool>(ask(actionInterface(), u"DoAction"_s, {int(index)}));
+}
+
+bool Object::enter(const QString &text) const
+{
+    return firstOf<bool>(ask(u"org.a11y.atspi.EditableText"_s, u"SetTextContents"_s, {text}));
 }
 
 bool Object::grabFocus() const

@@ -4,6 +4,7 @@
 #include <QDBusMessage>
 #include <QDBusObjectPath>
 #include <QList>
+#include <QRect>
 #include <QStringList>
 
 #include <functional>
@@ -33,6 +34,8 @@ enum class Role : uint {
 
 enum class State : uint {
     Active = 1,
+    Expandable = 9,
+    Expanded = 10,
     Focused = 12,
     Modal = 16,
     Selected = 23,
@@ -70,6 +73,9 @@ public:
     QString description() const;
     bool has(State state) const;
 
+    /// Where it is, in what the program takes for the screen's pixels.
+    QRect place() const;
+
     Object parent() const;
     int indexInParent() const;
     int childCount() const;
@@ -79,6 +85,8 @@ public:
     QStringList actions() const;
     /// Does the action of this name; whether there is one.
     bool act(const QString &action) const;
+    /// Puts a text into an entry field in place of what it holds; whether the program took it.
+    bool enter(const QString &text) const;
     /// Gives it the keyboard focus; whether the program says that it did.
     bool grabFocus() const;
 

@@ -1,6 +1,7 @@
 #include "support/ReaderProgram.h"
 
 #include <csignal>
+#include <cstdio>
 #include <sys/prctl.h>
 
 using namespace Qt::StringLiterals;
@@ -65,15 +66,23 @@ void hear(const Object &object, QStringList &heard)
 
 } // namespace
 
-ReaderProgram::ReaderProgram(const ReaderDesktop &desktop, const HttpServer &service)
-    : m_bus(desktop.bus())
+ReaderProgram::ReaderProgram(const QDBusConnection &bus, const HttpServer &service,
+                             const QByteArray &platform)
+    : m_bus(bus)
 {
     auto environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(u"QT_QPA_PLATFORM"_s, u"xcb"_s);
+    environment.insert(u"QT_QPA_PLATFORM"_s, QString::fromLatin1(platform));
     environment.insert(u"SUPABASE_URL"_s, service.base());
     environment.insert(u"SUPABASE_KEY"_s, u"key"_s);
     m_process.setProcessEnvironment(environment);
-    m_process.setProcessChannelMode(QProcess::ForwardedChannels);
+    m_process.setProcessChannelMode(QProcess::ForwardedOutputChannel);
+    m_process.setReadChannel(QProcess::StandardError);
+    QObject::connect(&m_process, &QProcess::readyReadStandardError, &m_process, [this] {
+        while (m_process.canReadLine()) {
+            m_complaints.append(QString::fromLocal8Bit(m_process.readLine()).trimmed());
+            fprintf(stderr, "aMorvelle: %s\n", qPrintable(m_complaints.last()));
+        }
+    });
     m_process.setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGKILL); });
     m_process.start(QStringLiteral(AMORVELLE_PROGRAM), QStringList());
     if (!m_process.waitForStarted())

@@ -2,24 +2,29 @@
 
 #include "support/AtSpi.h"
 #include "support/HttpServer.h"
-#include "support/ReaderDesktop.h"
 
+#include <QProcess>
 #include <QTest>
 
 /// Nothing in a reader's tests is timed: this is how long a machine may be busy with other things.
 #define EVENTUALLY(condition) QTRY_VERIFY_WITH_TIMEOUT(condition, 90'000)
 
-/// The real program, in a process of its own on a reader's desktop, against a service of the
-/// test's.
+/// The real program, in a process of its own, against a service of the test's. Tests find what is
+/// in its window as readers do.
 class ReaderProgram {
 public:
     /// Starts it. Its window may come later.
-    ReaderProgram(const ReaderDesktop &desktop, const HttpServer &service);
+    /// `platform`: how it reaches the screen, as the toolkit names it.
+    ReaderProgram(const QDBusConnection &bus, const HttpServer &service,
+                  const QByteArray &platform = "xcb");
     /// Ends it.
     ~ReaderProgram();
     Q_DISABLE_COPY_MOVE(ReaderProgram)
 
     bool isRunning() const { return m_process.state() == QProcess::Running; }
+
+    /// What it has complained of so far, line by line.
+    const QStringList &complaints() const { return m_complaints; }
 
     /// The program as readers know it; invalid until it has told them of itself.
     AtSpi::Object object() const;
@@ -33,4 +38,5 @@ public:
 private:
     QDBusConnection m_bus;
     QProcess m_process;
+    QStringList m_complaints;
 };
