@@ -1,4 +1,5 @@
 #include "app/OstreloApp.h"
+#include "backend/SupabaseClient.h"
 #include "browse/ContentView.h"
 #include "controls/ErrorText.h"
 #include "support/HttpServer.h"
@@ -112,6 +113,7 @@ int main(int argc, char *argv[])
     const OwnHome home;
     const PrivateBus bus;
     const QApplication application(argc, argv);
+    const SupabaseClient::Lifetime client(home.path() + u"/reply.json"_s);
     HttpServer server;
     qputenv("SUPABASE_URL", server.base().toLatin1());
     qputenv("SUPABASE_KEY", "public-key");
