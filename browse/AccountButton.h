@@ -4,6 +4,8 @@
 
 #include <QAbstractButton>
 
+#include <optional>
+
 /// The header's account button: a person, and the account's e-mail address when one is known, cut
 /// at its end where it is long.
 class AccountButton : public QAbstractButton, public Pressable {

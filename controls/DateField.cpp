@@ -11,6 +11,8 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 
+#include <optional>
+
 using namespace Qt::StringLiterals;
 
 namespace {

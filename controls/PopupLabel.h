@@ -5,6 +5,8 @@
 
 #include <QAbstractButton>
 
+#include <optional>
+
 class Menu;
 
 /// A button-like label with a chevron that opens a menu: by click, Space, Return or an arrow down.

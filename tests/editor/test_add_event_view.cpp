@@ -17,6 +17,7 @@
 #include <QScrollBar>
 
 #include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 using namespace FormTest;
