@@ -1,5 +1,4 @@
 #include "app/ButtonStyles.h"
-#include "controls/TextLabel.h"
 #include "look/Colors.h"
 #include "look/FocusRing.h"
 #include "look/Fonts.h"
@@ -14,6 +13,7 @@
 #include <QSignalSpy>
 #include <QTest>
 #include <QVBoxLayout>
+#include <QtMath>
 
 #include <initializer_list>
 
@@ -76,7 +76,7 @@ private Q_SLOTS:
     {
         const QString text = u"Ajouter un compte"_s;
         const auto textWidth = [&](QFont::Weight weight) {
-            return TextLabel(text, appFont(13, weight)).naturalWidth();
+            return qCeil(QFontMetricsF(appFont(13, weight)).horizontalAdvance(text));
         };
         QCOMPARE(SecondaryButton(text).sizeHint().width(), textWidth(QFont::Normal) + 24);
         QCOMPARE(PrimaryButton(text).sizeHint().width(), textWidth(QFont::Medium) + 24);
