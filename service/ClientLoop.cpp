@@ -111,9 +111,11 @@ void ClientLoop::run()
                                     {m_isStopping ? -1 : m_listener, POLLIN, 0}};
         std::vector<std::uint64_t> ids;
         for (const auto &[id, client] : m_clients) {
-            const short events = client.phase == Phase::Writing ? POLLOUT
-                : client.phase == Phase::Answering              ? 0
-                                                                : POLLIN;
+            short events = POLLIN;
+            if (client.phase == Phase::Writing)
+                events = POLLOUT;
+            else if (client.phase == Phase::Answering)
+                events = 0;
             watched.push_back({events == 0 ? -1 : client.socket, events, 0});
             ids.push_back(id);
         }

@@ -232,7 +232,7 @@ void RequestReader::route()
     set_error_handler([](const httplib::Request &, httplib::Response &response) {
         if (response.body.empty() && !response.content_provider_) {
             const Reply reply = gatewayError(response.status, reasonFor(response.status));
-            response.set_content(reply.body, reply.contentType.c_str());
+            response.set_content(reply.body, reply.contentType);
         }
     });
     set_logger(logLine);
