@@ -9,6 +9,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr size_t deepest = 512;
+constexpr char byteOrderMark[] = "\xEF\xBB\xBF";
 
 bool isDigit(char c)
 {
@@ -113,19 +114,23 @@ simdjson::error_code parse(simdjson::dom::parser &parser, const QByteArray &whol
     const bool isPadded =
         whole.capacity() - whole.size() >= static_cast<qsizetype>(simdjson::SIMDJSON_PADDING);
     QByteArrayView body = whole;
-    if (body.startsWith("\xEF\xBB\xBF"))
+    if (body.startsWith(byteOrderMark))
         body = body.sliced(3);
+    // A second mark is none; some versions of the parser skip one by themselves.
+    if (body.startsWith(byteOrderMark))
+        return simdjson::TAPE_ERROR;
     const auto size = static_cast<size_t>(body.size());
     if (size == 0)
         return simdjson::EMPTY;
     if (const auto error = parser.allocate(size, deepest))
         return error;
     const auto error = parser.parse(body.data(), size, !isPadded).get(root);
-    if (error != simdjson::NUMBER_ERROR)
+    if (!error || error == simdjson::MEMALLOC || error == simdjson::CAPACITY)
         return error;
 
-    // Either the grammar of a number is wrong, or its value cannot be held, which is no fault of
-    // the body: without the values only the grammar counts.
+    // The value of a number may be more than can be held, which is no fault of the body: without
+    // the values only the grammar counts. What the parser calls it differs from version to version,
+    // so that every body that is refused is looked at twice.
     std::string levelled(body.data(), size);
     levelNumbers(levelled);
     return parser.parse(levelled).get(root);

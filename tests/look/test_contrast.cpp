@@ -24,7 +24,7 @@ qreal luminance(const QColor &color)
 /// As WCAG defines it.
 qreal ratio(const QColor &a, const QColor &b)
 {
-    const auto [low, high] = std::minmax(luminance(a), luminance(b));
+    const auto [low, high] = std::minmax({luminance(a), luminance(b)});
     return (high + 0.05) / (low + 0.05);
 }
 

@@ -3,6 +3,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QProcess>
 #include <QTest>
 #include <QUrl>
 
@@ -52,6 +53,15 @@ bool runAsDatabaseUser(const QStringList &command)
                              u"--clear-groups"_s};
     const QStringList all = geteuid() == 0 ? asUser + command : command;
     return QProcess::execute(all.first(), all.mid(1)) == 0;
+}
+
+/// One of the database's own programs, of whichever version is installed.
+QString serverProgram(const QString &name)
+{
+    QProcess asked;
+    asked.start(u"pg_config"_s, {u"--bindir"_s});
+    asked.waitForFinished();
+    return QDir(QString::fromLocal8Bit(asked.readAllStandardOutput().trimmed())).filePath(name);
 }
 
 } // namespace
@@ -150,9 +160,9 @@ private Q_SLOTS:
         const QString socket = m_service.socketFolder();
         QVERIFY(m_service.stop());
         const QString cluster = m_service.dataFolder() + u"/cluster"_s;
-        QVERIFY(runAsDatabaseUser({u"/usr/lib/postgresql/15/bin/pg_ctl"_s, u"-D"_s, cluster,
-                                   u"-o"_s, u"-c listen_addresses= -k "_s + socket, u"-l"_s,
-                                   u"/dev/null"_s, u"-w"_s, u"-s"_s, u"start"_s}));
+        QVERIFY(runAsDatabaseUser({serverProgram(u"pg_ctl"_s), u"-D"_s, cluster, u"-o"_s,
+                                   u"-c listen_addresses= -k "_s + socket, u"-l"_s, u"/dev/null"_s,
+                                   u"-w"_s, u"-s"_s, u"start"_s}));
         const qint64 orphan = m_service.databaseProcessId();
         QVERIFY(isAlive(orphan));
         QVERIFY(m_service.start());
