@@ -55,6 +55,7 @@ QNetworkRequest networkRequest(const Request &request, const Limits &limits)
 
 Exchange::Exchange(const Limits &limits, QObject *parent)
     : QObject(parent)
+    , m_manager(new QNetworkAccessManager(this))
     , m_limits(limits)
 {
     m_nextTurn.setSingleShot(true);
@@ -69,7 +70,7 @@ void Exchange::send(const Request &request)
     prepared.setAttribute(QNetworkRequest::DoNotBufferUploadDataAttribute, true);
     prepared.setHeader(QNetworkRequest::ContentLengthHeader, request.body.size());
     m_reply =
-        m_manager.sendCustomRequest(prepared, request.verb, new OneShotBody(request.body, this));
+        m_manager->sendCustomRequest(prepared, request.verb, new OneShotBody(request.body, this));
     connect(m_reply, &QNetworkReply::metaDataChanged, this, &Exchange::checkLength);
     connect(m_reply, &QNetworkReply::readyRead, &m_nextTurn, qOverload<>(&QTimer::start));
     connect(m_reply, &QNetworkReply::sslErrors, this, [this] { m_received.isDistrusted = true; });

@@ -58,7 +58,9 @@ private:
     bool grow(qint64 bytes);
     void finish();
 
-    QNetworkAccessManager m_manager;
+    // A child, which goes when nothing of this is called any more: the manager's end is one of its
+    // reply, too, which would be told to what is half gone.
+    QNetworkAccessManager *m_manager;
     Limits m_limits;
     QNetworkReply *m_reply = nullptr;
     QTimer m_nextTurn;
