@@ -8,6 +8,7 @@
 
 #include <array>
 #include <cstdlib>
+#include <utility>
 
 struct SessionCallbacks {
     static StandInSessionManager *self(SmPointer data)
@@ -34,14 +35,24 @@ struct SessionCallbacks {
         callbacks->save_yourself_phase2_request = {
             [](SmsConn conn, SmPointer) { SmsSaveYourselfPhase2(conn); }, data};
         callbacks->save_yourself_done = {noteSaved, data};
-        callbacks->close_connection = {noteLeft, data};
+        callbacks->close_connection = {
+            [](SmsConn conn, SmPointer manager, int count, char **reasons) {
+                SmFreeReasons(count, reasons);
+                self(manager)->letGo(SmsGetIceConnection(conn));
+            },
+            data};
         callbacks->set_properties = {[](SmsConn, SmPointer, int count, SmProp **properties) {
                                          for (int i = 0; i < count; ++i)
                                              SmFreeProperty(properties[i]);
                                          std::free(properties);
                                      },
                                      data};
-        callbacks->delete_properties = {[](SmsConn, SmPointer, int, char **) {}, data};
+        callbacks->delete_properties = {[](SmsConn, SmPointer, int count, char **names) {
+                                            for (int i = 0; i < count; ++i)
+                                                std::free(names[i]);
+                                            std::free(names);
+                                        },
+                                        data};
         callbacks->get_properties = {
             [](SmsConn conn, SmPointer) { SmsReturnProperties(conn, 0, nullptr); }, data};
         return True;
@@ -65,15 +76,6 @@ struct SessionCallbacks {
         }
         SmsSaveComplete(member);
         self(data)->m_isSettled = true;
-    }
-
-    static void noteLeft(SmsConn member, SmPointer data, int, char **)
-    {
-        self(data)->m_member = nullptr;
-        IceConn connection = SmsGetIceConnection(member);
-        SmsCleanUp(member);
-        IceSetShutdownNegotiation(connection, False);
-        IceCloseConnection(connection);
     }
 };
 
@@ -105,6 +107,8 @@ StandInSessionManager::StandInSessionManager()
 
 StandInSessionManager::~StandInSessionManager()
 {
+    if (m_member)
+        letGo(SmsGetIceConnection(m_member));
     IceFreeListenObjs(m_listenerCount, static_cast<IceListenObj *>(m_listeners));
 }
 
@@ -128,10 +132,22 @@ void StandInSessionManager::accept(int index)
         return;
     auto *notifier =
         new QSocketNotifier(IceConnectionNumber(connection), QSocketNotifier::Read, this);
-    connect(notifier, &QSocketNotifier::activated, this, [notifier, connection] {
-        if (IceProcessMessages(connection, nullptr, nullptr) != IceProcessMessagesSuccess) {
-            notifier->setEnabled(false);
-            notifier->deleteLater();
-        }
+    connect(notifier, &QSocketNotifier::activated, this, [this, notifier, connection] {
+        const auto outcome = IceProcessMessages(connection, nullptr, nullptr);
+        if (outcome == IceProcessMessagesSuccess)
+            return;
+        notifier->setEnabled(false);
+        notifier->deleteLater();
+        // A program that was killed did not say goodbye.
+        if (outcome == IceProcessMessagesIOError)
+            letGo(connection);
     });
+}
+
+void StandInSessionManager::letGo(_IceConn *connection)
+{
+    if (m_member && SmsGetIceConnection(m_member) == connection)
+        SmsCleanUp(std::exchange(m_member, nullptr));
+    IceSetShutdownNegotiation(connection, False);
+    IceCloseConnection(connection);
 }

@@ -31,6 +31,7 @@ public:
 private:
     friend struct SessionCallbacks;
     void accept(int index);
+    void letGo(_IceConn *connection);
 
     QByteArray m_address;
     int m_listenerCount = 0;
