@@ -39,7 +39,7 @@ ColorScheme schemeOf(const QPalette &palette)
 
 Contrast contrastOf(const QPalette &palette)
 {
-    const QColor more = in(palette, of(Contrast::More, edges));
+    const QColor more = in(schemeOf(palette), of(Contrast::More, edges));
     return palette.color(QPalette::Active, QPalette::Mid) == more ? Contrast::More
                                                                   : Contrast::Usual;
 }

@@ -1,16 +1,12 @@
 #pragma once
 
+#include "look/ColorScheme.h"
+
 #include <QPalette>
 
-/// The colours of the application. The palette carries those that it has a role for; the others are
-/// derived from it, so that setting another palette is all that a change of scheme takes.
-enum class ColorScheme { Light, Dark };
-
-/// How far what is faint stands out: with more of it secondary text does so by 7:1 and more, and
-/// every line and edge by 3:1.
-enum class Contrast { Usual, More };
-
-/// The palette to hand to QApplication::setPalette.
+/// The palette to hand to QApplication::setPalette. It carries the colours that it has a role for;
+/// the others are derived from it, so that setting another palette is all that a change of scheme
+/// takes.
 QPalette applicationPalette(ColorScheme scheme, Contrast contrast = Contrast::Usual);
 
 /// The scheme that a palette belongs to, by the lightness of its window.

@@ -8,6 +8,11 @@ namespace {
 
 constexpr Pair strongHairline{{0x7A7A82}, {0xA0A0A8}};
 
+QColor in(const QPalette &palette, const Pair &pair)
+{
+    return in(schemeOf(palette), pair);
+}
+
 /// For roles that stand out more where that is asked for.
 QColor in(const QPalette &palette, const Pair &usual, const Pair &more)
 {

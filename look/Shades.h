@@ -1,6 +1,6 @@
 #pragma once
 
-#include "look/ApplicationPalette.h"
+#include "look/ColorScheme.h"
 
 #include <QColor>
 
@@ -27,11 +27,6 @@ inline QColor in(ColorScheme scheme, const Pair &pair)
     QColor color(shade.rgb);
     color.setAlphaF(static_cast<float>(shade.percent) / 100);
     return color;
-}
-
-inline QColor in(const QPalette &palette, const Pair &pair)
-{
-    return in(schemeOf(palette), pair);
 }
 
 inline constexpr QRgb black = 0x000000;
