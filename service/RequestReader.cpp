@@ -2,6 +2,7 @@
 
 #include "service/AddressQuery.h"
 #include "service/Gzip.h"
+#include "service/HttpDate.h"
 
 #include <algorithm>
 #include <cctype>
@@ -177,7 +178,7 @@ std::string refusal(int status, const std::string &firstLine)
     log(firstLine, status, {});
     const Reply reply = gatewayError(status, reasonFor(status));
     return "HTTP/1.1 " + std::to_string(status) + ' ' + reasonFor(status)
-        + "\r\nConnection: close\r\nContent-Type: " + reply.contentType
+        + "\r\nDate: " + httpDate() + "\r\nConnection: close\r\nContent-Type: " + reply.contentType
         + "\r\nContent-Length: " + std::to_string(reply.body.size()) + "\r\n\r\n" + reply.body;
 }
 
@@ -234,6 +235,9 @@ void RequestReader::route()
             const Reply reply = gatewayError(response.status, reasonFor(response.status));
             response.set_content(reply.body, reply.contentType);
         }
+    });
+    set_post_routing_handler([](const httplib::Request &, httplib::Response &response) {
+        response.set_header("Date", httpDate());
     });
     set_logger(logLine);
 }

@@ -91,6 +91,7 @@ private Q_SLOTS:
         QVERIFY2(outcome.output.contains(u"Toutes les lignes arrivent : "),
                  qPrintable(outcome.output));
         QVERIFY(outcome.output.contains(u"L'inscription est ouverte."));
+        QVERIFY(outcome.output.contains(u"s'accorde avec celle du serveur"));
     }
 
     void whatTheDatabaseLacksIsNamed_data()

@@ -1,6 +1,8 @@
 #include "support/LocalService.h"
 #include "support/ServiceClient.h"
 
+#include <QDateTime>
+#include <QLocale>
 #include <QTcpSocket>
 #include <QTest>
 #include <QUrl>
@@ -85,6 +87,36 @@ private Q_SLOTS:
     void initTestCase() { QVERIFY(m_service.isRunning()); }
     void cleanup() { QVERIFY2(stillAnswers(), qPrintable(m_service.output())); }
     void cleanupTestCase() { QVERIFY2(m_service.stop(), qPrintable(m_service.output())); }
+
+    void everyAnswerSaysWhenItWasGiven_data()
+    {
+        QTest::addColumn<QByteArray>("request");
+        QTest::addColumn<QByteArray>("status");
+        const QByteArray last = "Connection: close\r\n\r\n";
+        const auto row = [](const char *name, const QByteArray &request, const char *status) {
+            QTest::newRow(name) << request << QByteArray(status);
+        };
+        row("events", head("GET /rest/v1/events?limit=1") + last, "200");
+        row("no key", "GET /rest/v1/events HTTP/1.1\r\nHost: x\r\n" + last, "401");
+        row("an unknown verb", head("BREW /rest/v1/events") + last, "400");
+        row("a length that is none", head("POST /rest/v1/events") + "Content-Length: x\r\n" + last,
+            "400");
+    }
+    void everyAnswerSaysWhenItWasGiven()
+    {
+        QFETCH(QByteArray, request);
+        QFETCH(QByteArray, status);
+        const QDateTime before = QDateTime::currentDateTimeUtc().addSecs(-1);
+        const QByteArray answer = answerTo(request);
+        QVERIFY2(answer.startsWith("HTTP/1.1 " + status + ' '), answer.constData());
+        const auto start = answer.indexOf("\r\nDate: ") + 8;
+        QVERIFY2(start > 8, answer.constData());
+        const QString text =
+            QString::fromLatin1(answer.mid(start, answer.indexOf("\r\n", start) - start));
+        QDateTime date = QLocale::c().toDateTime(text, u"ddd, dd MMM yyyy HH:mm:ss 'GMT'"_s);
+        date.setTimeSpec(Qt::UTC);
+        QVERIFY2(before <= date && date <= QDateTime::currentDateTimeUtc(), qPrintable(text));
+    }
 
     void deeplyNestedJsonIsRefusedAndEndsNothing_data()
     {
@@ -260,7 +292,8 @@ private Q_SLOTS:
         row("a body without an end", post + "Content-Length: 99999999999999999999999\r\n\r\n", 413);
         row("a large chunk", post + "Transfer-Encoding: chunked\r\n\r\nfffffff\r\n", 413);
         row("no chunk", post + "Transfer-Encoding: chunked\r\n\r\nzz\r\n", 400);
-        row("two lengths", post + "Content-Length: 2\r\nContent-Length: 3\r\n\r\n{}", 400);
+        row("a length that is none", post + "Content-Length: 2\r\nContent-Length: 3\r\n\r\n{}",
+            400);
         row("a length and chunks", post + "Content-Length: 2\r\nTransfer-Encoding: chunked\r\n\r\n",
             400);
         row("a coding that is not known", post + "Transfer-Encoding: gzip\r\n\r\n", 501);
