@@ -1,8 +1,12 @@
 #include "platform/JsonText.h"
 
+#include <QStringEncoder>
+
 QByteArray jsonText(QStringView text)
 {
-    const QByteArray utf8 = text.toUtf8();
+    // Not QStringView::toUtf8, which writes a question mark for half of a surrogate pair.
+    QStringEncoder encoder(QStringEncoder::Utf8, QStringEncoder::Flag::Stateless);
+    const QByteArray utf8 = encoder(text);
     QByteArray json;
     json.reserve(utf8.size() + 2);
     json += '"';

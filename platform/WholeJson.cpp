@@ -85,6 +85,27 @@ void levelNumbers(std::string &body)
     }
 }
 
+// How many arrays and objects hold one another, at most.
+size_t depthOf(std::string &body)
+{
+    size_t depth = 0;
+    size_t most = 0;
+    char *at = body.data();
+    char *const end = at + body.size();
+    while (at < end) {
+        if (*at == '"') {
+            at = pastString(at, end);
+            continue;
+        }
+        if (*at == '[' || *at == '{')
+            most = std::max(most, ++depth);
+        else if ((*at == ']' || *at == '}') && depth > 0)
+            --depth;
+        ++at;
+    }
+    return most;
+}
+
 QString kindOf(simdjson::dom::element value)
 {
     switch (value.type()) {
@@ -133,6 +154,11 @@ simdjson::error_code parse(simdjson::dom::parser &parser, const QByteArray &whol
     // so that every body that is refused is looked at twice.
     std::string levelled(body.data(), size);
     levelNumbers(levelled);
+    // The parser's own limit is one less for the innermost that hold something.
+    if (depthOf(levelled) > deepest)
+        return simdjson::DEPTH_ERROR;
+    if (const auto deeper = parser.allocate(size, deepest + 1))
+        return deeper;
     return parser.parse(levelled).get(root);
 }
 

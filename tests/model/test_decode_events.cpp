@@ -214,13 +214,16 @@ void TestDecodeEvents::aBadNumberBesideAHugeOneFails()
 
 void TestDecodeEvents::nestingHasALimit()
 {
-    const auto nested = [](qsizetype depth) {
+    const auto nested = [](qsizetype depth, const QByteArray &inside = {}) {
         // The list and the row are two levels themselves.
-        return R"([{"id":"1","titre":"t","x":)" + QByteArray(depth - 2, '[')
+        return R"([{"id":"1","titre":"t","x":)" + QByteArray(depth - 2, '[') + inside
             + QByteArray(depth - 2, ']') + "}]";
     };
-    QCOMPARE(eventsOf(nested(512)).size(), 1);
-    QVERIFY(faultOf(nested(513)).startsWith(u"events: not valid JSON"));
+    // The innermost may be empty or not; a bracket in a text is none.
+    for (const QByteArray inside : {"", "1", "\"[\\\"[\""}) {
+        QCOMPARE(eventsOf(nested(512, inside)).size(), 1);
+        QVERIFY(faultOf(nested(513, inside)).startsWith(u"events: not valid JSON"));
+    }
     QVERIFY(faultOf(nested(1'000'000)).startsWith(u"events: not valid JSON"));
     QVERIFY(faultOf(QByteArray(1'000'000, '[')).startsWith(u"events: not valid JSON"));
     QByteArray objects;

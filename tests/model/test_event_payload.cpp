@@ -34,6 +34,8 @@ private Q_SLOTS:
     void theStartIsAlwaysWrittenInGmtWithoutFraction();
     void everyTextReadsBackIdentically();
     void controlCharactersReadBackIdentically();
+    void halfACharacterIsWrittenAsOneThatStandsForNone_data();
+    void halfACharacterIsWrittenAsOneThatStandsForNone();
     void onlyWhatIsPresentIsWritten();
     void whatIsEmptyIsWritten();
     void membersAreWrittenInTheirOrder();
@@ -101,6 +103,28 @@ void TestEventPayload::controlCharactersReadBackIdentically()
     QCOMPARE(read[0].toString(), text);
     const QByteArray written = "\"\\\"\\\\\\n\\u0001/\"";
     QCOMPARE(jsonText(u"\"\\\n\u0001/"), written);
+}
+
+void TestEventPayload::halfACharacterIsWrittenAsOneThatStandsForNone_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("read");
+    const QString first(QChar(0xD83D));
+    const QString second(QChar(0xDE00));
+    QTest::newRow("whole") << first + second << first + second;
+    QTest::newRow("first") << u'a' + first + u'b' << u"a\uFFFDb"_s;
+    QTest::newRow("second") << u'a' + second + u'b' << u"a\uFFFDb"_s;
+    QTest::newRow("first at the end") << u'a' + first << u"a\uFFFD"_s;
+    QTest::newRow("second at the front") << second + u'b' << u"\uFFFDb"_s;
+    QTest::newRow("the wrong way round") << second + first << u"\uFFFD\uFFFD"_s;
+    QTest::newRow("first twice") << first + first + second << u'\uFFFD' + first + second;
+}
+
+void TestEventPayload::halfACharacterIsWrittenAsOneThatStandsForNone()
+{
+    QFETCH(QString, text);
+    QFETCH(QString, read);
+    QCOMPARE(QJsonDocument::fromJson('[' + jsonText(text) + ']')[0].toString(), read);
 }
 
 void TestEventPayload::onlyWhatIsPresentIsWritten()
