@@ -72,7 +72,8 @@ void readDictionary(QXmlStreamReader &reader, BundleDictionary &texts)
 
 BundleDictionary readPropertyList(const QByteArray &xml)
 {
-    QXmlStreamReader reader(xml);
+    // One more sign: of a letter that is cut off at the end, the reader else waits for the rest.
+    QXmlStreamReader reader(xml + '\n');
     BundleDictionary texts;
     if (!reader.readNextStartElement() || reader.name() != "plist"_L1
         || !reader.readNextStartElement() || reader.name() != "dict"_L1)

@@ -1,5 +1,7 @@
 #include "fuzz/Fuzzing.h"
 
+#include "platform/WholeJson.h"
+
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -34,7 +36,7 @@ std::vector<std::string_view> partsOf(std::string_view input, size_t count)
 
 QString textFrom(std::string_view part)
 {
-    return QString::fromUtf8(part.data(), static_cast<qsizetype>(part.size()));
+    return textOf(part);
 }
 
 QByteArray bytesFrom(std::string_view part)

@@ -6,6 +6,7 @@
 
 #include <QProcessEnvironment>
 
+#include <algorithm>
 #include <string_view>
 
 using namespace Qt::StringLiterals;
@@ -29,6 +30,22 @@ QByteArray rewritten(const BundleDictionary &texts)
     return xml + "</dict></plist>";
 }
 
+// Whether XML has a way to write it. (The toolkit lets other signs pass as they stand.)
+bool isWritable(const QString &text)
+{
+    return std::ranges::all_of(text.toUcs4(), [](char32_t c) {
+        return c == '\t' || c == '\n' || c == '\r'
+            || (c >= 0x20 && (c & 0xFFFE) != 0xFFFE && (c < 0xD800 || c > 0xDFFF));
+    });
+}
+
+bool isWritable(const BundleDictionary &texts)
+{
+    return std::ranges::all_of(texts.keys(), [&](const QString &key) {
+        return isWritable(key) && isWritable(texts.value(key));
+    });
+}
+
 void requireNormalised(const BundleDictionary &texts)
 {
     const Configuration configuration = Configuration::from(texts, QProcessEnvironment());
@@ -47,8 +64,12 @@ void fuzz(std::string_view input)
     requireNormalised(texts);
     if (texts.isEmpty())
         return;
-    require(readPropertyList(rewritten(texts)) == texts, "what is written again reads the same");
+    require(!isWritable(texts) || readPropertyList(rewritten(texts)) == texts,
+            "what is written again reads the same");
 
+    // In some encodings a sign is none before the next has come.
+    if (list.count("encoding") != list.count("encoding=\"UTF-8\""))
+        return;
     const QByteArray whole = list.trimmed();
     require(readPropertyList(whole.chopped(1)).isEmpty(), "a list without its last sign is none");
     require(readPropertyList(whole.first(whole.size() / 2)).isEmpty(), "half a list is none");

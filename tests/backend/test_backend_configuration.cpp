@@ -132,6 +132,10 @@ private Q_SLOTS:
             << QByteArray("<plist version=\"1.0\"><dict>" + pair) << BundleDictionary{};
         QTest::newRow("something behind it")
             << QByteArray(propertyList(pair) + "<more/>") << BundleDictionary{};
+        QTest::newRow("half a letter behind it")
+            << QByteArray(propertyList(pair) + "\xC3") << BundleDictionary{};
+        QTest::newRow("half a letter inside")
+            << propertyList(pair + "<key>A</key><string>\xC3</string>") << BundleDictionary{};
         QTest::newRow("a value without a key")
             << propertyList(pair + "<string>x</string>") << BundleDictionary{};
         QTest::newRow("a key without a value")
