@@ -37,6 +37,18 @@ bool isMadeOfSigns(const QString &text)
     return true;
 }
 
+// What stands behind the host. Escapes may be written in another way that means the same.
+void requireAsWritten(const QUrl &address, const QString &text)
+{
+    const auto tail = [](const QString &whole) {
+        const qsizetype slash = whole.indexOf(u'/', whole.indexOf(u"//"_s) + 2);
+        return slash < 0 ? QString() : whole.sliced(slash);
+    };
+    const QString sent = QString::fromLatin1(address.toEncoded());
+    require(text.contains(u'%') || tail(sent) == tail(text),
+            "what is asked for is as it is written");
+}
+
 void requireStrict(const QString &text)
 {
     const auto address = requestAddress(text);
@@ -45,8 +57,10 @@ void requireStrict(const QString &text)
     require(!text.isEmpty() && isMadeOfSigns(text), "an address has no other signs");
     require(text.count(u'#') <= 1, "an address has one fragment at most");
     require(formsLink(text), "an address is a link");
-    if (address->isValid())
+    if (address->isValid()) {
         require(!address->host().isEmpty(), "somebody is asked");
+        requireAsWritten(*address, text);
+    }
     require(!hostAsWritten(text).contains(u'@'), "a host is told without what may be a secret");
 }
 
