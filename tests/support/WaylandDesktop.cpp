@@ -25,7 +25,7 @@ output HEADLESS-1 mode 1280x900 position 0 0 bg #335577 solid_color
 default_border none
 default_floating_border none
 focus_follows_mouse no
-for_window [app_id=".*"] floating enable, move position 200 100
+for_window [app_id=".*"] floating enable, move position 200 40
 )"};
 
 QList<QRect> windowsIn(const QJsonObject &node)
@@ -97,6 +97,9 @@ void WaylandDesktop::type(const QString &text) const
 QByteArray WaylandDesktop::run(const QString &program, const QStringList &arguments) const
 {
     QProcess process;
+    auto environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(u"LC_ALL"_s, u"C.UTF-8"_s); // or what is typed has no letters but ASCII's
+    process.setProcessEnvironment(environment);
     process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     process.start(program, arguments);
     if (!process.waitForFinished(patience) || process.exitCode() != 0)
@@ -153,6 +156,7 @@ void WaylandDesktop::startCompositor()
         log.open(QFile::ReadOnly);
         qFatal("the compositor does not start:\n%s", log.readAll().constData());
     }
+    qunsetenv("DISPLAY");
     qputenv("WAYLAND_DISPLAY", folder.filePath(display.first()).toLocal8Bit());
     m_socket = folder.filePath(commands.first());
 }

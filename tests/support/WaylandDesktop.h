@@ -10,7 +10,7 @@
 #include <memory>
 
 /// A Wayland compositor (sway) without a screen, with a mouse and a keyboard of the test's. The
-/// environment names it to the programs that this one starts from then on.
+/// environment names it, and no X server, to the programs that this one starts from then on.
 class WaylandDesktop {
 public:
     /// What it needs that this machine lacks; empty when it can be made.
