@@ -83,8 +83,20 @@ void PopupCard::paint(QPainter &painter) const
     paintPopupCard(painter, m_window->rect(), m_window->palette(), m_isComposited);
 }
 
-bool PopupCard::eventFilter(QObject *, QEvent *event)
+bool PopupCard::eventFilter(QObject *watched, QEvent *event)
 {
+    if (watched != m_window) {
+        // Not every desktop lets a popup be moved along.
+        if (event->type() == QEvent::Resize || event->type() == QEvent::Move)
+            m_window->close();
+        return false;
+    }
+    if (event->type() == QEvent::Show) {
+        m_below = m_anchor->window();
+        m_below->installEventFilter(this);
+    } else if (event->type() == QEvent::Hide && m_below) {
+        m_below->removeEventFilter(this);
+    }
     if (event->type() == QEvent::KeyPress) {
         if (!static_cast<QKeyEvent *>(event)->matches(QKeySequence::Cancel))
             return false;

@@ -4,6 +4,7 @@
 
 #include <QMargins>
 #include <QObject>
+#include <QPointer>
 
 class QPainter;
 class QPalette;
@@ -25,7 +26,8 @@ void paintPopupCard(QPainter &painter, const QRectF &window, const QPalette &pal
                     bool isComposited);
 
 /// Makes a popup such a window, which hangs from another widget, its anchor. Escape or a press
-/// beside the card closes it, on its shadow too; a press on the anchor does not open it again.
+/// beside the card closes it, on its shadow too; a press on the anchor does not open it again. It
+/// goes with its place, too: when the anchor's window is moved or its size changes.
 class PopupCard : public QObject {
     Q_OBJECT
 
@@ -50,6 +52,7 @@ protected:
 private:
     QWidget *m_window;
     QWidget *m_anchor;
+    QPointer<QWidget> m_below; ///< the anchor's window, while this one shows
     PopupAlignment m_alignment;
     int m_gap;
     bool m_isComposited;

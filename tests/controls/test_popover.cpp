@@ -107,6 +107,23 @@ private Q_SLOTS:
         QCOMPARE(it.card().bottom() + 1 + 6, it.anchorPlace().top());
     }
 
+    void itGoesWhenItsAnchorWouldMoveAway()
+    {
+        Scene it;
+        const QSignalSpy closed(it.popover, &Popover::closed);
+        it.popover->open();
+        it.window.resize(420, 300);
+        QTRY_VERIFY(!it.popover->isVisible());
+        QCOMPARE(closed.count(), 1);
+        it.popover->open();
+        it.window.move(it.window.pos() + QPoint(40, 30));
+        QTRY_VERIFY(!it.popover->isVisible());
+        QCOMPARE(closed.count(), 2);
+        it.popover->open();
+        QVERIFY(it.popover->isVisible());
+        QCOMPARE(it.card().top(), it.anchorPlace().bottom() + 1 + 6);
+    }
+
     void itStaysOnTheScreen()
     {
         Scene it;
