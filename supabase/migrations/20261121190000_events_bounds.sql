@@ -11,7 +11,7 @@ create function private.events_bounds(
     out added int, -- events that it may add in an hour, counted from the first of them
     out earliest date, -- the first day on which an event may be
     out latest date -- and the last one
-) language sql immutable as $$
+) language sql immutable set search_path = '' as $$
     select 400, 60, date '2000-01-01', date '2099-12-31'
 $$;
 

@@ -1,6 +1,6 @@
 -- How much one account may put into the list, and when events may be.
 begin;
-select plan(32);
+select plan(33);
 
 insert into auth.users (id, email) values
     ('b0000000-0000-4000-8000-000000000001', 'anne@test.example'),
@@ -13,10 +13,17 @@ select results_eq('select * from private.events_bounds()',
 select schema_privs_are('private', role, array[]::text[], role || ' does not reach the figures')
 from unnest(array['anon', 'authenticated']) as role;
 
+-- What the project's security advisor would warn of.
+select is_empty($$select oid::regprocedure from pg_proc
+    where pronamespace in ('private'::regnamespace, 'public'::regnamespace)
+      and not exists (select from unnest(proconfig) as setting where setting like 'search\_path=%')
+      and not exists (select from pg_depend where objid = pg_proc.oid and deptype = 'e')$$,
+    'no function of ours looks for names where its caller says');
+
 -- Smaller ones, to reach them sooner.
 create or replace function private.events_bounds(
     out held int, out added int, out earliest date, out latest date
-) language sql immutable as $$
+) language sql immutable set search_path = '' as $$
     select 6, 4, date '2000-01-01', date '2099-12-31'
 $$;
 
