@@ -16,8 +16,6 @@
 
 namespace {
 
-constexpr useconds_t pauseBeforeLastByte = 250'000; ///< microseconds
-
 void insist(bool isRight)
 {
     if (!isRight)
@@ -50,7 +48,8 @@ bool takeRequest(int socket)
     return true;
 }
 
-[[noreturn]] void serve(int listener, int moments, const QByteArray &body)
+[[noreturn]] void serve(int listener, int moments, const QByteArray &body,
+                        LoopbackService::Pauses pauses)
 {
     const QByteArray answer = "HTTP/1.1 200 OK\r\nContent-Type: application/json\r\n"
                               "Content-Length: "
@@ -61,8 +60,11 @@ bool takeRequest(int socket)
         const int socket = accept(listener, nullptr, nullptr);
         const int atOnce = 1;
         setsockopt(socket, IPPROTO_TCP, TCP_NODELAY, &atOnce, sizeof atOnce);
-        while (takeRequest(socket) && sendAll(socket, answer.constData(), answer.size() - 1)) {
-            usleep(pauseBeforeLastByte);
+        while (takeRequest(socket)) {
+            usleep(pauses.beforeAll);
+            if (!sendAll(socket, answer.constData(), answer.size() - 1))
+                break;
+            usleep(pauses.beforeLastByte);
             const LoopbackService::Moment now{Clocks::wall(), Clocks::read(clientsWork)};
             if (!sendAll(socket, answer.constData() + answer.size() - 1, 1))
                 break;
@@ -74,7 +76,7 @@ bool takeRequest(int socket)
 
 } // namespace
 
-LoopbackService::LoopbackService(const QByteArray &body)
+LoopbackService::LoopbackService(const QByteArray &body, Pauses pauses)
 {
     const int listener = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
     sockaddr_in address{};
@@ -92,7 +94,7 @@ LoopbackService::LoopbackService(const QByteArray &body)
     insist(m_process >= 0);
     if (m_process == 0) {
         prctl(PR_SET_PDEATHSIG, SIGKILL);
-        serve(listener, pipe[1], body);
+        serve(listener, pipe[1], body, pauses);
     }
     close(listener);
     close(pipe[1]);

@@ -9,7 +9,12 @@
 /// threads. It ends with this object, or with the process that made it.
 class LoopbackService {
 public:
-    explicit LoopbackService(const QByteArray &body);
+    /// How long an answer is held back, in microseconds.
+    struct Pauses {
+        unsigned beforeAll = 0;
+        unsigned beforeLastByte = 0;
+    };
+    LoopbackService(const QByteArray &body, Pauses pauses);
     ~LoopbackService();
     LoopbackService(const LoopbackService &) = delete;
     LoopbackService &operator=(const LoopbackService &) = delete;
@@ -21,8 +26,7 @@ public:
         double wall; ///< by Clocks::wall()
         double work; ///< what this process had worked by then, by Clocks::ofProcess()
     };
-    /// When the last byte of the oldest answer not yet asked about was sent; waits for it. It is
-    /// sent some time after all others, which are then read already.
+    /// When the last byte of the oldest answer not yet asked about was sent; waits for it.
     Moment lastByte() const;
 
 private:
