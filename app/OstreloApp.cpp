@@ -74,6 +74,9 @@ OstreloApp::OstreloApp(QObject *parent)
     QApplication::setFont(appFont(13));
     loadTranslation();
     makeMenuBar();
+    // Made while the desktop's answer is on its way, in the colours that are likely.
+    applyColors();
+    m_firstWindow = makeWindow();
     connect(&m_appearance, &DesktopAppearance::changed, this, &OstreloApp::applyColors);
     connect(&m_appearance, &DesktopAppearance::settled, this, &OstreloApp::openFirstWindow);
     QTimer::singleShot(longestWait, this, &OstreloApp::openFirstWindow);
@@ -90,11 +93,10 @@ OstreloApp::~OstreloApp() = default;
 
 void OstreloApp::openFirstWindow()
 {
-    if (m_hasOpened)
+    if (!m_firstWindow)
         return;
-    m_hasOpened = true;
     applyColors();
-    openWindow();
+    m_firstWindow.release()->show();
 #ifdef Q_OS_LINUX
     // The one that the package brings; looked for once the window is on its way. Wayland's desktops
     // find it by the name of the desktop file.
@@ -105,7 +107,13 @@ void OstreloApp::openFirstWindow()
 
 void OstreloApp::openWindow()
 {
-    auto *window = new ContentView;
+    makeWindow().release()->show();
+}
+
+std::unique_ptr<ContentView> OstreloApp::makeWindow()
+{
+    auto owned = std::make_unique<ContentView>();
+    ContentView *const window = owned.get();
     window->setAttribute(Qt::WA_DeleteOnClose);
 #ifndef Q_OS_MACOS // there the menu bar has them
     // By their keys: what the toolkit calls the standard ones differs from desktop to desktop.
@@ -113,7 +121,7 @@ void OstreloApp::openWindow()
     addShortcut(window, Qt::CTRL | Qt::Key_W, [window] { window->close(); });
     addShortcut(window, Qt::CTRL | Qt::Key_Q, closeWindows);
 #endif
-    window->show();
+    return owned;
 }
 
 void OstreloApp::applyColors()
@@ -151,7 +159,7 @@ void OstreloApp::makeMenuBar()
             window->close();
     });
     connect(qApp, &QApplication::applicationStateChanged, this, [this](Qt::ApplicationState state) {
-        if (state == Qt::ApplicationActive && m_hasOpened && !hasWindow())
+        if (state == Qt::ApplicationActive && !m_firstWindow && !hasWindow())
             openWindow();
     });
 #endif

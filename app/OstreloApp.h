@@ -6,6 +6,7 @@
 
 #include <memory>
 
+class ContentView;
 class QMenuBar;
 
 /// The application: opens its windows, gives them the desktop's light or dark colours and the
@@ -24,6 +25,7 @@ public:
     void openWindow();
 
 private:
+    std::unique_ptr<ContentView> makeWindow();
     void openFirstWindow();
     void applyColors();
     void loadTranslation();
@@ -32,6 +34,6 @@ private:
     DesktopAppearance m_appearance;
     QTranslator m_translator;
     std::unique_ptr<QMenuBar> m_menuBar; ///< of the program, not of a window: on macOS only
-    bool m_hasOpened = false;
+    std::unique_ptr<ContentView> m_firstWindow; ///< until it is shown
     bool m_desktopIsDark = false; ///< by the palette that the toolkit came up with
 };

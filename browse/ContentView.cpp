@@ -3,6 +3,7 @@
 #include "backend/SupabaseClient.h"
 #include "backend/Unattended.h"
 #include "browse/EventList.h"
+#include "browse/Rehearsal.h"
 #include "controls/BusyIndicator.h"
 #include "controls/ErrorText.h"
 #include "controls/Pane.h"
@@ -136,6 +137,14 @@ void ContentView::showEvent(QShowEvent *event)
     m_state.isLoading = true;
     render();
     QTimer::singleShot(0, this, [this] { runUnattended(appear()); });
+}
+
+void ContentView::paintEvent(QPaintEvent *event)
+{
+    QWidget::paintEvent(event);
+    // Once the first frame is there, while the answer is awaited.
+    if (!std::exchange(m_hasRehearsed, true))
+        QTimer::singleShot(0, this, [this] { rehearseList(*this); });
 }
 
 void ContentView::addShortcuts()

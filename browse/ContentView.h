@@ -46,6 +46,7 @@ public:
 protected:
     void changeEvent(QEvent *event) override;
     void showEvent(QShowEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
 
 private:
     struct State {
@@ -97,6 +98,7 @@ private:
     const Now m_now;
     State m_state;
     std::optional<Instant> m_shownDay; ///< the start of the day that the lists are split at
+    bool m_hasRehearsed = false; ///< the list, for speed
     KeptFocus m_keptFocus;
     Worker m_worker; ///< orders large lists and frees them
 
