@@ -27,9 +27,6 @@ namespace {
 /// and enough for a portal that is running.
 constexpr std::chrono::milliseconds longestWait{100};
 
-/// How long what was begun may still run once the last window is closed.
-constexpr std::chrono::seconds longestFarewell{5};
-
 void addShortcut(ContentView *window, const QKeySequence &keys, auto act)
 {
     auto *action = new QAction(window);
@@ -49,6 +46,9 @@ bool hasWindow()
     });
 }
 #else
+/// How long what was begun may still run once the last window is closed.
+constexpr std::chrono::seconds longestFarewell{5};
+
 /// Closing the windows, not quitting, lets each of them finish what it has begun; one that stays,
 /// for what would be lost in it, keeps no other.
 void closeWindows()

@@ -19,7 +19,7 @@ using namespace Qt::StringLiterals;
 BundleDictionary mainBundleDictionary()
 {
     BundleDictionary texts;
-    const CFBundleRef bundle = CFBundleGetMainBundle();
+    CFBundleRef bundle = CFBundleGetMainBundle();
     if (bundle == nullptr)
         return texts;
     for (const QString &key : {u"SUPABASE_URL"_s, u"SUPABASE_KEY"_s}) {
