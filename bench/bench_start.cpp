@@ -18,7 +18,10 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <csignal>
+#include <cstddef>
+#include <cstdint>
 #include <cstdio>
 #include <optional>
 #include <sys/prctl.h>
