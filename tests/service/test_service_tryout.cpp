@@ -69,6 +69,29 @@ private:
     }
 
 private Q_SLOTS:
+    void aFaultOfADatabaseFunctionIsTheServersAndItsRefusalTheClients_data()
+    {
+        QTest::addColumn<QString>("raised");
+        QTest::addColumn<int>("status");
+        QTest::newRow("a refusal in words") << u"'Pas le dimanche'"_s << 400;
+        QTest::newRow("no row where there should be one") << u"no_data_found"_s << 500;
+        QTest::newRow("a row too many") << u"too_many_rows"_s << 500;
+    }
+    void aFaultOfADatabaseFunctionIsTheServersAndItsRefusalTheClients()
+    {
+        QFETCH(QString, raised);
+        QFETCH(int, status);
+        LocalService service;
+        QVERIFY2(service.isRunning(), qPrintable(service.output()));
+        QCOMPARE(inDatabase(service,
+                            u"create function public.ends() returns boolean language plpgsql "
+                            "set search_path = '' as $$begin raise %1; end$$; "
+                            "create policy ends on public.events as restrictive for select "
+                            "to anon using (public.ends())"_s.arg(raised)),
+                 QByteArray());
+        QCOMPARE(get(service, "/rest/v1/events").status, status);
+    }
+
     void theSampleEventsAreAroundTodayAgainAndWhatMembersDidStays()
     {
         LocalService service({u"--renew-seed"_s});
