@@ -43,7 +43,8 @@ int statusFor(const std::string &state, const std::string &message, bool isSigne
         return 503;
     if (isOfClass("0L") || isOfClass("0P") || isOfClass("28"))
         return 403;
-    // What a function says in words of its own is for the client; its other faults are the server's.
+    // What a function says in words of its own is for the client; its other faults are the
+    // server's.
     if (isOfClass("P0"))
         return state == "P0001" ? 400 : 500;
     for (const char *prefix : {"09", "25", "2D", "38", "39", "3B", "40", "53", "54", "55", "57",
