@@ -220,6 +220,10 @@ private Q_SLOTS:
         m_server.release();
         delete m_window;
         m_application.reset();
+        // Who signs in is signed in, with or without a window, and not amid what is tried next.
+        QFETCH(Flow, flow);
+        if (m_isHeld && isVisitor(flow))
+            QTRY_VERIFY(SupabaseClient::session().accessToken);
     }
 
     void theWindowMayCloseAtEveryWait_data() { addRows(false); }
