@@ -61,8 +61,10 @@ SectionListRow *SectionListRows::read(int row, const SectionListContent &content
 {
     if (auto *widget = find(row))
         return widget;
-    if (!m_read)
+    if (!m_read) {
         m_read = m_make();
+        m_read->hide(); // or it would appear along with a list that is hidden now
+    }
     content.fill(*m_read, row);
     return m_read;
 }

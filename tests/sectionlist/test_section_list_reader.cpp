@@ -10,6 +10,7 @@ class TestSectionListReader : public QObject {
 private Q_SLOTS:
     void theReaderFindsAListOfHeadingsAndRows();
     void theReaderWalksThroughRowsThatHaveNoWidget();
+    void nothingOfARowThatWasReadWhileTheListWasHiddenStaysOverIt();
     void givingAFarRowTheFocusScrollsToIt();
     void aRowThatComesIntoViewIsStillTheOneInHand();
     void rowsArePressedThroughTheReader();
@@ -68,6 +69,18 @@ void TestSectionListReader::theReaderWalksThroughRowsThatHaveNoWidget()
     QVERIFY(TestRow::alive <= alive + 1);
     window.setRows(20);
     QCOMPARE(list->child(16)->text(QAccessible::Name), u"14"_s);
+}
+
+void TestSectionListReader::nothingOfARowThatWasReadWhileTheListWasHiddenStaysOverIt()
+{
+    ListWindow window;
+    window.setRows(100);
+    window.list->hide();
+    QCOMPARE(interfaceOf(window.list)->child(98)->text(QAccessible::Name), u"89"_s);
+    window.list->show();
+    QCoreApplication::processEvents();
+    QCOMPARE(window.leftovers(), QStringList());
+    QVERIFY(window.isSeamless());
 }
 
 void TestSectionListReader::givingAFarRowTheFocusScrollsToIt()
