@@ -220,12 +220,13 @@ void ContentView::showBody(QWidget *part)
     if (m_parts->currentWidget() == part)
         return;
     // The pane that gives way to the busy indicator takes the keyboard's place with it: keep that
-    // place, and hold the focus so that it does not jump to the header meanwhile.
+    // place, and hold the focus so that it does not jump to the header meanwhile. An error that
+    // gives way is no place to come back to.
     QWidget *focus = focusWidget();
-    if (focus && m_pane->isAncestorOf(focus)) {
+    if (focus && m_pane->isAncestorOf(focus))
         m_keptFocus = {focus, shownList()->focusedEvent()};
+    if (focus && m_body->isAncestorOf(focus))
         m_body->setFocus(Qt::OtherFocusReason);
-    }
     m_parts->setCurrentWidget(part);
     if (part != m_pane)
         return;

@@ -1,3 +1,4 @@
+#include "controls/ErrorText.h"
 #include "controls/TabStrip.h"
 #include "sectionlist/SectionList.h"
 #include "sectionlist/SectionListAccessible.h"
@@ -36,6 +37,7 @@ private Q_SLOTS:
     void aReloadKeepsTheFocusOnItsRow();
     void ofCrossingLoadsNothingOfTheEarlierListStays();
     void aReloadKeepsTheFocusOnTheTabs();
+    void aReloadFromTheErrorGoesOnFromThere();
     void aReloadDoesNotTakeTheFocusBackFromWhereThePersonWent();
 
 private:
@@ -191,6 +193,20 @@ void TestWindowReloading::aReloadKeepsTheFocusOnTheTabs()
     QTRY_VERIFY(!named(window.get(), u"No events found."_s));
     QTRY_VERIFY(named(window.get(), u"No events found."_s));
     QCOMPARE(window->focusWidget(), focus.data());
+}
+
+void TestWindowReloading::aReloadFromTheErrorGoesOnFromThere()
+{
+    m_server.answer(HttpAnswer::whole(404, ""));
+    const auto window = shownWindow();
+    QTRY_VERIFY(named(window.get(), u"Failed to load events: HTTP 404"_s));
+    window->findChild<ErrorText *>()->setFocus(Qt::TabFocusReason);
+    m_server.answer(reply({row(u"new"_s, 1)}));
+    QTest::keyClick(window.get(), Qt::Key_F5);
+    QTRY_VERIFY(named(window.get(), u"new"_s));
+    QVERIFY(window->focusWidget() && window->focusWidget()->isVisible());
+    QTest::keyClick(window.get(), Qt::Key_Tab);
+    QCOMPARE(QApplication::focusWidget(), button(window.get(), u"À venir"_s));
 }
 
 void TestWindowReloading::aReloadDoesNotTakeTheFocusBackFromWhereThePersonWent()
