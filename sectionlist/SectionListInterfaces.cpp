@@ -5,6 +5,15 @@
 #include <optional>
 #include <utility>
 
+namespace {
+
+bool isInView(const SectionList *list, const QRect &rect)
+{
+    return list && rect.intersects(QRect(list->mapToGlobal(QPoint()), list->size()));
+}
+
+} // namespace
+
 SectionListInterface::SectionListInterface(SectionList *list)
     : QAccessibleWidget(list, QAccessible::List)
 {
@@ -81,6 +90,7 @@ QAccessibleInterface *SectionListRowInterface::parent() const
 QAccessible::State SectionListRowInterface::state() const
 {
     auto state = QAccessibleWidget::state();
+    state.offscreen = !isInView(SectionListReader::listOf(row()), rect());
     state.focusable = true;
     state.selectable = true;
     state.selected = row()->isSelected();
@@ -159,7 +169,7 @@ QAccessible::State SectionListItemInterface::state() const
     if (const auto *shown = shownRow())
         return shown->state();
     state.disabled = !m_list->isEnabled();
-    state.offscreen = !rect().intersects(QRect(m_list->mapToGlobal(QPoint()), m_list->size()));
+    state.offscreen = !isInView(m_list, rect());
     if (role() == QAccessible::ListItem) {
         state.focusable = true;
         state.selectable = true;

@@ -11,6 +11,7 @@ private Q_SLOTS:
     void theReaderFindsAListOfHeadingsAndRows();
     void theReaderWalksThroughRowsThatHaveNoWidget();
     void nothingOfARowThatWasReadWhileTheListWasHiddenStaysOverIt();
+    void theFocusedRowReadsAsOutOfViewOnceItWasScrolledAway();
     void givingAFarRowTheFocusScrollsToIt();
     void aRowThatComesIntoViewIsStillTheOneInHand();
     void rowsArePressedThroughTheReader();
@@ -81,6 +82,18 @@ void TestSectionListReader::nothingOfARowThatWasReadWhileTheListWasHiddenStaysOv
     QCoreApplication::processEvents();
     QCOMPARE(window.leftovers(), QStringList());
     QVERIFY(window.isSeamless());
+}
+
+void TestSectionListReader::theFocusedRowReadsAsOutOfViewOnceItWasScrolledAway()
+{
+    ListWindow window;
+    window.setRows(100);
+    window.list->focusRow(u"0"_s);
+    QVERIFY(!interfaceOf(window.row(0))->state().offscreen);
+    window.list->scrollBar()->setValue(window.list->scrollBar()->maximum());
+    QCOMPARE(QApplication::focusWidget(), window.row(0));
+    QVERIFY(interfaceOf(window.row(0))->state().offscreen);
+    QVERIFY(!interfaceOf(window.row(99))->state().offscreen);
 }
 
 void TestSectionListReader::givingAFarRowTheFocusScrollsToIt()
