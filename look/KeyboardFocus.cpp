@@ -1,5 +1,6 @@
 #include "look/KeyboardFocus.h"
 
+#include <QApplication>
 #include <QFocusEvent>
 #include <QWidget>
 
@@ -58,7 +59,11 @@ bool KeyboardFocus::eventFilter(QObject *watched, QEvent *event)
         const bool comesBack =
             reason == Qt::ActiveWindowFocusReason || reason == Qt::PopupFocusReason;
         if (event->type() == QEvent::FocusOut) {
-            setVisible(m_visible && reason == Qt::PopupFocusReason);
+            // It may as well be a popup that closes and gives the focus to its own control.
+            const auto *next = QApplication::focusWidget();
+            const bool isElsewhere =
+                next && next != m_widget && next->window() == m_widget->window();
+            setVisible(m_visible && reason == Qt::PopupFocusReason && !isElsewhere);
         } else {
             if (!comesBack) {
                 m_byKeyboard = reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason

@@ -45,6 +45,7 @@ private Q_SLOTS:
     void aReloadKeepsTheRingThatWasShown();
     void aReloadShowsNoRingAfterTheMouse();
     void aReloadWithoutTheRowLeavesItsButtonAlone();
+    void theRingGoesWithTheFocusWhenTheAccountMenuCloses();
 
 private:
     std::unique_ptr<ContentView> loadedWindow() const;
@@ -192,6 +193,22 @@ void TestWindowKeyboard::aReloadWithoutTheRowLeavesItsButtonAlone()
     reload(window.get());
     QCOMPARE(window->focusWidget()->accessibleName(), u"b"_s);
     QVERIFY(showsRing(window->focusWidget()));
+}
+
+void TestWindowKeyboard::theRingGoesWithTheFocusWhenTheAccountMenuCloses()
+{
+    const auto window = loadedWindow();
+    QTest::keyClick(window.get(), Qt::Key_Tab);
+    const QWidget *before = window->focusWidget();
+    QVERIFY(showsRing(before));
+    QWidget *account = named(window.get(), u"Compte"_s);
+    QVERIFY(account && account != before);
+    QTest::mouseClick(account, Qt::LeftButton);
+    QVERIFY(accountMenu(window.get()));
+    QVERIFY(showsRing(before));
+    QTest::keyClick(accountMenu(window.get()), Qt::Key_Escape);
+    QTRY_COMPARE(window->focusWidget(), account);
+    QVERIFY(!showsRing(before));
 }
 
 int main(int argc, char *argv[])
