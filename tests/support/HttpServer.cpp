@@ -202,6 +202,13 @@ void HttpServer::release()
     }
 }
 
+void HttpServer::releaseOne(qsizetype which)
+{
+    const Held answer = m_held.takeAt(which);
+    if (answer.socket)
+        run(answer.socket, answer.rest);
+}
+
 void HttpServer::accept()
 {
     while (QTcpSocket *const socket = m_server.nextPendingConnection()) {

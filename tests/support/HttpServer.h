@@ -94,8 +94,10 @@ public:
     void answerInTurn(const QList<HttpAnswer> &answers);
     void answerWith(const Handler &handler) { m_handler = handler; }
 
-    /// Goes on with all answers that wait for it.
+    /// Goes on with all answers that wait for it, or with one of them, counted from 0 in order of
+    /// arrival.
     void release();
+    void releaseOne(qsizetype which);
 
     /// Every request so far, in order of its arrival.
     const QList<HttpRequest> &requests() const { return m_requests; }
