@@ -12,6 +12,7 @@
 #include <QStringList>
 
 #include <chrono>
+#include <memory>
 
 using namespace Qt::StringLiterals;
 
@@ -85,11 +86,11 @@ QCoro::Task<Answer> Probe::ask(Request request)
         prepared.setRawHeader(name, value);
 
     QNetworkReply *const reply = m_manager.sendCustomRequest(prepared, request.verb, request.body);
-    QStringList refusals;
+    const auto refusals = std::make_shared<QStringList>();
     QObject::connect(reply, &QNetworkReply::sslErrors, reply,
-                     [&refusals](const QList<QSslError> &errors) {
+                     [refusals](const QList<QSslError> &errors) {
                          for (const QSslError &error : errors)
-                             refusals.append(reason(error));
+                             refusals->append(reason(error));
                      });
     co_await reply;
 
@@ -99,10 +100,10 @@ QCoro::Task<Answer> Probe::ask(Request request)
     answer.date = httpDate(reply->rawHeader("Date"));
     if (answer.status == 0)
         answer.failure = failureOf(reply->error());
-    if (!refusals.isEmpty()) {
-        refusals.removeDuplicates();
+    if (!refusals->isEmpty()) {
+        refusals->removeDuplicates();
         answer.isRefusedCertificate = true;
-        answer.failure = refusals.join(u" ; "_s);
+        answer.failure = refusals->join(u" ; "_s);
     }
     reply->deleteLater();
     co_return answer;
