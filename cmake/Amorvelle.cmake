@@ -66,9 +66,9 @@ add_custom_target(thread_tests)
 
 # A Qt Test program <name>.cpp of the current folder, run by ctest under <name> without a display and
 # against no service but its own. LABELS: vectors (reads recorded answers), threads (also run under TSan),
-# stack (needs PostgreSQL).
+# stack (needs PostgreSQL). UNLISTED: built, and run by a script instead of ctest.
 function(amorvelle_add_test name)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "" "TIMEOUT" "SOURCES;LINKS;LABELS;DEPENDS;ENVIRONMENT")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "UNLISTED" "TIMEOUT" "SOURCES;LINKS;LABELS;DEPENDS;ENVIRONMENT")
     if(NOT arg_TIMEOUT)
         set(arg_TIMEOUT 120)
     endif()
@@ -84,6 +84,9 @@ function(amorvelle_add_test name)
     endif()
     if("threads" IN_LIST arg_LABELS)
         add_dependencies(thread_tests ${name})
+    endif()
+    if(arg_UNLISTED)
+        return()
     endif()
     add_test(NAME ${name} COMMAND ${name})
     set_tests_properties(${name} PROPERTIES
