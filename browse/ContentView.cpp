@@ -23,11 +23,25 @@
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+/// What lies below the header. It takes the room that is left: what is long in it scrolls, and
+/// takes none from the header.
+class Body final : public QWidget {
+public:
+    using QWidget::QWidget;
+
+    bool hasHeightForWidth() const override { return false; }
+    QSize minimumSizeHint() const override { return {}; }
+};
+
+} // namespace
+
 ContentView::ContentView(QWidget *parent, Now now)
     : QWidget(parent)
     , m_now(std::move(now))
     , m_header(new Header(headerActions(), this))
-    , m_body(new QWidget(this))
+    , m_body(new Body(this))
     , m_parts(new QStackedLayout(m_body))
     , m_busy(new BusyIndicator(u"Loading events…"_s, m_body))
     , m_error(new ErrorText(m_body))

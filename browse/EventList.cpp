@@ -22,6 +22,8 @@ QWidget *makeEmptyNotice(QWidget *parent)
     auto *label = new TextLabel(u"No events found."_s, appFont(13), secondaryText, notice);
     label->setAlignment(Qt::AlignHCenter);
     auto *column = new QVBoxLayout(notice);
+    column->setContentsMargins(0, 0, 0, 0); // so that it is whole in little room
+    column->setSpacing(0);
     column->addStretch();
     column->addWidget(label);
     column->addStretch();
@@ -39,6 +41,7 @@ EventList::EventList(const QString &title, const Actions &actions, QWidget *pare
           this))
 {
     m_list->setAccessibleName(title);
+    m_list->setMinimumHeight(1); // it scrolls; tabs and notice are to be whole in little room
     connect(m_list, &SectionList::rowActivated, this, [this, select = actions.onSelect](int row) {
         select(Event(m_events.at(m_rows.at(row))));
     });

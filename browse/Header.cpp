@@ -12,11 +12,19 @@
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+constexpr int spacing = 12; ///< between the titles and the buttons
+constexpr int roomAbove = 10; ///< a button below the tagline
+
+} // namespace
+
 Header::Header(const Actions &actions, QWidget *parent)
     : QWidget(parent)
     , m_addAccount(new SecondaryButton(u"Ajouter un compte"_s, this))
     , m_addEvent(new PrimaryButton(u"Ajouter un événement"_s, this))
     , m_account(new AccountButton(this))
+    , m_across(new QVBoxLayout)
 {
     m_addEvent->setSymbol(Symbol::Plus);
     m_addEvent->setMinimumWidth(180); // wider where the font is, rather than cut
@@ -29,11 +37,15 @@ Header::Header(const Actions &actions, QWidget *parent)
     act(m_addEvent, actions.onAddEvent);
     act(m_account, actions.onAccount);
 
-    auto *row = new QHBoxLayout(this);
-    row->setContentsMargins(0, 0, 0, 0);
-    row->setSpacing(12);
-    row->addWidget(makeTitles(), 1, Qt::AlignTop);
-    row->addWidget(makeButtons(), 0, Qt::AlignTop);
+    auto *row = new QHBoxLayout;
+    row->setSpacing(spacing);
+    row->addLayout(makeTitles(), 1);
+    row->addLayout(makeButtons());
+    auto *column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    column->addLayout(row);
+    column->addLayout(m_across);
 }
 
 void Header::setContent(const Content &content)
@@ -42,6 +54,7 @@ void Header::setContent(const Content &content)
         KeyboardFocus::handOver(m_addAccount, m_account);
     m_addAccount->setVisible(!content.hasSavedCredentials);
     m_addEvent->setVisible(content.isSignedIn);
+    arrange();
     m_account->setEmail(content.email.value_or(QString()));
     m_account->setOpen(content.isAccountMenuPresented);
 }
@@ -51,36 +64,54 @@ QWidget *Header::accountButton() const
     return m_account;
 }
 
-QWidget *Header::makeTitles()
+QVBoxLayout *Header::makeTitles()
 {
-    auto *titles = new QWidget(this);
-    auto *brand =
-        new TextLabel(u"amorvelle.fr"_s, appFont(24, QFont::DemiBold), primaryText, titles);
-    setAccessibleRole(brand, QAccessible::Heading);
+    m_brand = new TextLabel(u"amorvelle.fr"_s, appFont(24, QFont::DemiBold), primaryText, this);
+    setAccessibleRole(m_brand, QAccessible::Heading);
     auto *tagline = new TextLabel(u"Les événements à Morvelle et ses environs"_s, appFont(13),
-                                  secondaryText, titles);
+                                  secondaryText, this);
 
-    auto *column = new QVBoxLayout(titles);
-    column->setContentsMargins(0, 0, 0, 0);
+    auto *column = new QVBoxLayout;
     column->setSpacing(0);
-    column->addWidget(brand);
+    column->addWidget(m_brand);
     column->addSpacing(2);
     column->addWidget(tagline);
     // The room above the button goes with the button.
     auto *below = new QVBoxLayout;
-    below->setContentsMargins(0, 10, 0, 0);
+    below->setContentsMargins(0, roomAbove, 0, 0);
     below->addWidget(m_addAccount, 0, Qt::AlignLeft);
     column->addLayout(below);
-    return titles;
+    column->addStretch();
+    return column;
 }
 
-QWidget *Header::makeButtons()
+QVBoxLayout *Header::makeButtons()
 {
-    auto *buttons = new QWidget(this);
-    auto *column = new QVBoxLayout(buttons);
-    column->setContentsMargins(0, 0, 0, 0);
-    column->setSpacing(6);
-    column->addWidget(m_addEvent, 0, Qt::AlignRight);
-    column->addWidget(m_account, 0, Qt::AlignRight);
-    return buttons;
+    m_buttons = new QVBoxLayout;
+    m_buttons->setSpacing(6);
+    m_buttons->addWidget(m_addEvent, 0, Qt::AlignRight);
+    m_buttons->addWidget(m_account, 0, Qt::AlignRight);
+    m_buttons->addStretch();
+    return m_buttons;
+}
+
+void Header::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    arrange();
+}
+
+void Header::arrange()
+{
+    const int beside = m_brand->naturalWidth() + spacing + m_addEvent->sizeHint().width();
+    const bool isNarrow = !m_addEvent->isHidden() && width() < beside;
+    if (isNarrow == m_isNarrow)
+        return;
+    m_isNarrow = isNarrow;
+    (isNarrow ? m_buttons : m_across)->removeWidget(m_addEvent);
+    m_across->setContentsMargins(0, isNarrow ? roomAbove : 0, 0, 0);
+    if (isNarrow)
+        m_across->addWidget(m_addEvent, 0, Qt::AlignLeft);
+    else
+        m_buttons->insertWidget(0, m_addEvent, 0, Qt::AlignRight);
 }

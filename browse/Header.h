@@ -7,9 +7,12 @@
 
 class AccountButton;
 class PrimaryButton;
+class QVBoxLayout;
 class SecondaryButton;
+class TextLabel;
 
-/// The top of the window: the brand and the tagline on the left, what a member can do on the right.
+/// The top of the window: the brand and the tagline on the left, what a member can do on the right,
+/// or below where the type is large.
 class Header : public QWidget {
     Q_OBJECT
 
@@ -34,11 +37,20 @@ public:
     /// What the account menu is anchored to.
     QWidget *accountButton() const;
 
+protected:
+    void resizeEvent(QResizeEvent *event) override;
+
 private:
-    QWidget *makeTitles();
-    QWidget *makeButtons();
+    QVBoxLayout *makeTitles();
+    QVBoxLayout *makeButtons();
+    /// Puts the wider button below the tagline where the brand would have to break beside it.
+    void arrange();
 
     SecondaryButton *m_addAccount;
     PrimaryButton *m_addEvent;
     AccountButton *m_account;
+    QVBoxLayout *m_across; ///< below all the rest
+    TextLabel *m_brand = nullptr;
+    QVBoxLayout *m_buttons = nullptr;
+    bool m_isNarrow = false;
 };

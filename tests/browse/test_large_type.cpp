@@ -9,13 +9,12 @@
 #include "controls/TextLabel.h"
 #include "editor/AddEventView.h"
 #include "look/Fonts.h"
+#include "support/LargeType.h"
 #include "support/MembersWindow.h"
 #include "support/ViewMain.h"
 
-#include <QFile>
 #include <QScrollArea>
 #include <QScrollBar>
-#include <QTemporaryDir>
 
 #include <functional>
 
@@ -192,16 +191,7 @@ void TestLargeType::labelsOfTheSignInFormBreakNoWord()
 
 int main(int argc, char *argv[])
 {
-    // The platform without a display has a font of 9 pt; on this screen it is as large as one of
-    // 18 pt is on another.
-    const QTemporaryDir folder;
-    QFile screen(folder.filePath(u"screen.json"_s));
-    if (!screen.open(QIODevice::WriteOnly))
-        return 1;
-    screen.write(R"({"screens":[{"name":"a","x":0,"y":0,"width":1600,"height":1000,)"
-                 R"("logicalDpi":192,"logicalBaseDpi":192,"dpr":1}]})");
-    screen.close();
-    qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + QFile::encodeName(screen.fileName()));
+    const LargeType desktop;
     return runWithService<TestLargeType>(argc, argv);
 }
 
