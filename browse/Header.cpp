@@ -71,6 +71,10 @@ QVBoxLayout *Header::makeTitles()
     auto *tagline = new TextLabel(u"Les événements à Morvelle et ses environs"_s, appFont(13),
                                   secondaryText, this);
 
+    // Readers go by the order of the children: the brand is first, whatever was made before it.
+    tagline->lower();
+    m_brand->lower();
+
     auto *column = new QVBoxLayout;
     column->setSpacing(0);
     column->addWidget(m_brand);
