@@ -168,6 +168,9 @@ int main(int argc, char *argv[])
     QHashSeed::setDeterministicGlobalSeed();
     if (argc == 2 && QByteArrayView(argv[1]) == "mirror")
         return Mirror::run(1, argv);
+    // The test library ends a function after five minutes, which many walks on a busy machine take.
+    if (!qEnvironmentVariableIsSet("QTEST_FUNCTION_TIMEOUT"))
+        qputenv("QTEST_FUNCTION_TIMEOUT", "3600000");
     return Scene::run(argc, argv, [argc, argv] {
         TestWalk test;
         return QTest::qExec(&test, argc, argv);
