@@ -74,9 +74,6 @@ OstreloApp::OstreloApp(QObject *parent)
     QApplication::setFont(appFont(13));
     loadTranslation();
     makeMenuBar();
-    // Made while the desktop's answer is on its way, in the colours that are likely.
-    applyColors();
-    m_firstWindow = makeWindow();
     connect(&m_appearance, &DesktopAppearance::changed, this, &OstreloApp::applyColors);
     connect(&m_appearance, &DesktopAppearance::settled, this, &OstreloApp::openFirstWindow);
     QTimer::singleShot(longestWait, this, &OstreloApp::openFirstWindow);
@@ -93,10 +90,11 @@ OstreloApp::~OstreloApp() = default;
 
 void OstreloApp::openFirstWindow()
 {
-    if (!m_firstWindow)
+    if (m_hasOpened)
         return;
+    m_hasOpened = true;
     applyColors();
-    m_firstWindow.release()->show();
+    openWindow();
 #ifdef Q_OS_LINUX
     // The one that the package brings; looked for once the window is on its way. Wayland's desktops
     // find it by the name of the desktop file.
@@ -107,13 +105,7 @@ void OstreloApp::openFirstWindow()
 
 void OstreloApp::openWindow()
 {
-    makeWindow().release()->show();
-}
-
-std::unique_ptr<ContentView> OstreloApp::makeWindow()
-{
-    auto owned = std::make_unique<ContentView>();
-    ContentView *const window = owned.get();
+    auto *window = new ContentView;
     window->setAttribute(Qt::WA_DeleteOnClose);
 #ifndef Q_OS_MACOS // there the menu bar has them
     // By their keys: what the toolkit calls the standard ones differs from desktop to desktop.
@@ -121,7 +113,7 @@ std::unique_ptr<ContentView> OstreloApp::makeWindow()
     addShortcut(window, Qt::CTRL | Qt::Key_W, [window] { window->close(); });
     addShortcut(window, Qt::CTRL | Qt::Key_Q, closeWindows);
 #endif
-    return owned;
+    window->show();
 }
 
 void OstreloApp::applyColors()
@@ -159,7 +151,7 @@ void OstreloApp::makeMenuBar()
             window->close();
     });
     connect(qApp, &QApplication::applicationStateChanged, this, [this](Qt::ApplicationState state) {
-        if (state == Qt::ApplicationActive && !m_firstWindow && !hasWindow())
+        if (state == Qt::ApplicationActive && m_hasOpened && !hasWindow())
             openWindow();
     });
 #endif

@@ -6,7 +6,6 @@
 
 #include <memory>
 
-class ContentView;
 class QMenuBar;
 
 /// The application: opens its windows, gives them the desktop's light or dark colours and the
@@ -25,7 +24,6 @@ public:
     void openWindow();
 
 private:
-    std::unique_ptr<ContentView> makeWindow();
     void openFirstWindow();
     void applyColors();
     void loadTranslation();
@@ -34,6 +32,6 @@ private:
     DesktopAppearance m_appearance;
     QTranslator m_translator;
     std::unique_ptr<QMenuBar> m_menuBar; ///< of the program, not of a window: on macOS only
-    std::unique_ptr<ContentView> m_firstWindow; ///< until it is shown
+    bool m_hasOpened = false;
     bool m_desktopIsDark = false; ///< by the palette that the toolkit came up with
 };
