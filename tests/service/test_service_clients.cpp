@@ -5,6 +5,7 @@
 #include <QLocale>
 #include <QTcpSocket>
 #include <QTest>
+#include <QTimeZone>
 #include <QUrl>
 
 #include <memory>
@@ -114,7 +115,7 @@ private Q_SLOTS:
         const QString text =
             QString::fromLatin1(answer.mid(start, answer.indexOf("\r\n", start) - start));
         QDateTime date = QLocale::c().toDateTime(text, u"ddd, dd MMM yyyy HH:mm:ss 'GMT'"_s);
-        date.setTimeSpec(Qt::UTC);
+        date.setTimeZone(QTimeZone::utc());
         QVERIFY2(before <= date && date <= QDateTime::currentDateTimeUtc(), qPrintable(text));
     }
 

@@ -2,6 +2,7 @@
 
 #include "walk/FreshWindow.h"
 
+#include <QCoreApplication>
 #include <QFile>
 
 #include <cstdio>

@@ -23,7 +23,7 @@ QByteArray written(const QJsonArray &rows)
 
 QString timeOf(qint64 ms)
 {
-    return QDateTime::fromMSecsSinceEpoch(ms, Qt::UTC).toString(Qt::ISODate);
+    return QDateTime::fromMSecsSinceEpoch(ms).toUTC().toString(Qt::ISODate);
 }
 
 } // namespace
