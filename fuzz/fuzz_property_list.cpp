@@ -62,8 +62,8 @@ void fuzz(std::string_view input)
     const QByteArray list = bytesFrom(input);
     const BundleDictionary texts = readPropertyList(list);
     requireNormalised(texts);
-    // In other encodings than that of all lists a sign may be none before the next has come, and one
-    // may come that XML has no way to write.
+    // In other encodings than that of all lists a sign may be none before the next has come, and
+    // one may come that XML has no way to write.
     if (texts.isEmpty() || list.count("encoding") != list.count("encoding=\"UTF-8\""))
         return;
     require(!isWritable(texts) || readPropertyList(rewritten(texts)) == texts,
