@@ -1,10 +1,8 @@
 #include "app/OstreloApp.h"
-#include "backend/SupabaseClient.h"
 #include "browse/ContentView.h"
 #include "controls/ErrorText.h"
+#include "support/AppMain.h"
 #include "support/HttpServer.h"
-#include "support/OwnHome.h"
-#include "support/PrivateBus.h"
 #include "support/WindowTest.h"
 
 #include <QApplication>
@@ -52,6 +50,7 @@ public:
     explicit TestDirection(HttpServer &server)
         : m_server(server)
     {
+        m_server.answer(WindowTest::reply({}));
     }
 
 private Q_SLOTS:
@@ -110,17 +109,6 @@ void TestDirection::theToolkitSpeaksTheUsersLanguage()
 int main(int argc, char *argv[])
 {
     qputenv("LC_ALL", "ar_EG.UTF-8");
-    const OwnHome home;
-    const PrivateBus bus;
-    const QApplication application(argc, argv);
-    const SupabaseClient::Lifetime client(home.path() + u"/reply.json"_s);
-    HttpServer server;
-    qputenv("SUPABASE_URL", server.base().toLatin1());
-    qputenv("SUPABASE_KEY", "public-key");
-    server.answer(WindowTest::reply({}));
-    TestDirection test(server);
-    const int result = QTest::qExec(&test, argc, argv);
-    server.hangUp();
-    return result;
+    return runOnDesktop<TestDirection>(argc, argv);
 }
 #include "test_direction.moc"

@@ -1,10 +1,8 @@
 // What is still on its way when the last window closes.
 
 #include "app/OstreloApp.h"
-#include "backend/SupabaseClient.h"
+#include "support/AppMain.h"
 #include "support/MembersWindow.h"
-#include "support/OwnHome.h"
-#include "support/PrivateBus.h"
 
 #include <QApplication>
 #include <QSignalSpy>
@@ -118,17 +116,7 @@ private Q_SLOTS:
 
 int main(int argc, char *argv[])
 {
-    const OwnHome home;
-    const PrivateBus bus;
-    const QApplication application(argc, argv);
-    const SupabaseClient::Lifetime client(home.path() + u"/reply.json"_s);
-    HttpServer server;
-    qputenv("SUPABASE_URL", server.base().toLatin1());
-    qputenv("SUPABASE_KEY", "public-key");
-    TestQuitting test(server);
-    const int result = QTest::qExec(&test, argc, argv);
-    server.hangUp();
-    return result;
+    return runOnDesktop<TestQuitting>(argc, argv);
 }
 
 #include "test_quitting.moc"
