@@ -37,13 +37,16 @@ function(amorvelle_note_links name)
     set_property(GLOBAL APPEND_STRING PROPERTY AMORVELLE_LINKS "${name}: ${links}: ${sources}\n")
 endfunction()
 
+# Libraries of its own lets scripts/mutate change one without linking what stands on it anew.
+set(AMORVELLE_LIBRARIES STATIC CACHE STRING "Make the folders' libraries STATIC or SHARED")
+
 # A library made of files of the current folder. Its headers are reachable as "<folder>/<file>.h":
 # each library's include path holds a link to its folder alone. That much the compiler sees to, for
 # what the linked libraries link in their turn as well; scripts/check-arrows sees to it that a
 # library includes only what its own link line names.
 function(amorvelle_add_library name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LINKS;PRIVATE_LINKS")
-    add_library(${name} STATIC ${arg_SOURCES})
+    add_library(${name} ${AMORVELLE_LIBRARIES} ${arg_SOURCES})
     set_target_properties(${name} PROPERTIES AUTOMOC ON)
     get_filename_component(folder "${CMAKE_CURRENT_SOURCE_DIR}" NAME)
     set(reach "${CMAKE_BINARY_DIR}/include/${name}")
