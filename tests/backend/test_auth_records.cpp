@@ -3,6 +3,8 @@
 #include "backend/JwtSubject.h"
 #include "support/Vectors.h"
 
+#include <QJsonDocument>
+#include <QSet>
 #include <QTest>
 
 #include <optional>
@@ -71,6 +73,7 @@ private Q_SLOTS:
     void theFaultSaysWhereAndWhy_data();
     void theFaultSaysWhereAndWhy();
     void theAccountIsReadFromTheToken();
+    void aTokenMayUseEveryLetterOfItsAlphabet();
 };
 
 void TestAuthRecords::recordsAreReadAsTheOtherClientsReadThem()
@@ -124,6 +127,28 @@ void TestAuthRecords::theAccountIsReadFromTheToken()
             return Vectors::Answer{asked[u"subject"],
                                    subject ? QJsonValue(*subject) : QJsonValue(QJsonValue::Null)};
         }));
+}
+
+// As tokens are written and as Base64 is: with "-" and "_", and with "+" and "/" and filled up.
+void TestAuthRecords::aTokenMayUseEveryLetterOfItsAlphabet()
+{
+    QString text;
+    for (char letter = ' '; letter <= '~'; ++letter)
+        text += QLatin1Char(letter);
+    QSet<char> used;
+    for (int shift = 0; shift < 3; ++shift) {
+        const QString subject = QString(shift, u' ') + text;
+        const QByteArray claims =
+            QJsonDocument(QJsonObject{{u"sub"_s, subject}}).toJson(QJsonDocument::Compact);
+        for (const auto form : {QByteArray::Base64UrlEncoding | QByteArray::OmitTrailingEquals,
+                                QByteArray::Base64Encoding | QByteArray::KeepTrailingEquals}) {
+            const QByteArray written = claims.toBase64(form);
+            used.unite(QSet<char>(written.begin(), written.end()));
+            QCOMPARE(jwtSubject(u"head."_s + QString::fromLatin1(written) + u".signature"_s),
+                     subject);
+        }
+    }
+    QCOMPARE(used.size(), 64 + 2 + 1);
 }
 
 QTEST_GUILESS_MAIN(TestAuthRecords)

@@ -3,6 +3,7 @@
 #include "controls/SymbolLabel.h"
 #include "controls/TextLabel.h"
 #include "sectionlist/SectionList.h"
+#include "sectionlist/SectionListAccessible.h"
 #include "support/ViewMain.h"
 #include "support/WindowTest.h"
 
@@ -80,6 +81,7 @@ private Q_SLOTS:
     void inALowWindowTheTextScrollsOverTheButton();
     void aReloadBeneathChangesNothingInTheSheet();
     void returnInTheListOpensTheEvent();
+    void whatAReaderOpenedHasTheKeyboardAfterwards();
 
 private:
     HttpServer &m_server;
@@ -251,6 +253,7 @@ void TestEventDetail::aReloadBeneathChangesNothingInTheSheet()
     // Its row is gone when it closes; the one in its place has the keyboard.
     QTest::keyClick(detailOf(window.get()), Qt::Key_Escape);
     QTRY_VERIFY(!detailOf(window.get()));
+    QCOMPARE(window->focusWidget()->accessibleName(), u"b"_s);
 }
 
 void TestEventDetail::returnInTheListOpensTheEvent()
@@ -263,6 +266,22 @@ void TestEventDetail::returnInTheListOpensTheEvent()
     QTest::keyClick(window->focusWidget(), Qt::Key_Return);
     QTRY_VERIFY(detailOf(window.get()));
     QCOMPARE(seen(*detailOf(window.get())).first(), u"b"_s);
+}
+
+// A reader opens what it reads, wherever the keyboard is.
+void TestEventDetail::whatAReaderOpenedHasTheKeyboardAfterwards()
+{
+    installSectionListAccessibility();
+    m_server.answer(reply({row(u"a"_s, 1), row(u"b"_s, 2)}));
+    const auto window = shownWindow();
+    QTRY_VERIFY(named(window.get(), u"b"_s));
+    named(window.get(), u"a"_s)->setFocus(Qt::TabFocusReason);
+    QAccessibleInterface *b = QAccessible::queryAccessibleInterface(named(window.get(), u"b"_s));
+    b->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    QTRY_VERIFY(detailOf(window.get()));
+    QTest::keyClick(detailOf(window.get()), Qt::Key_Escape);
+    QTRY_VERIFY(!detailOf(window.get()));
+    QCOMPARE(window->focusWidget()->accessibleName(), u"b"_s);
 }
 
 int main(int argc, char *argv[])

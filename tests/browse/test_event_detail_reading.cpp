@@ -117,6 +117,19 @@ private Q_SLOTS:
         QCOMPARE(detail.area()->height(), 320);
     }
 
+    void aLongListOfOrganisersIsReadToItsEnd()
+    {
+        Event event = fullEvent();
+        event.organise_par = u"l’école, la mairie, le comité des fêtes et la chorale"_s.repeated(3);
+        const Detail detail(event);
+        const auto labels = detail.area()->widget()->findChildren<SymbolLabel *>();
+        const SymbolLabel *mail = labels.last();
+        const SymbolLabel *organisers = labels[labels.size() - 2];
+        QVERIFY(organisers->text().contains(u"chorale"));
+        QVERIFY(!organisers->isCut());
+        QVERIFY(organisers->height() >= 2 * mail->height());
+    }
+
     void theTextsAreSetInTheTypeOfTheDesign()
     {
         const Detail detail(fullEvent());

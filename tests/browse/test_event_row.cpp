@@ -90,6 +90,7 @@ private Q_SLOTS:
     void aScreenReaderHearsTheWholeRow();
     void whereThereIsNoRoomThePlaceGivesWayFirst();
     void aDateTooLongForTheLineSharesIt();
+    void withoutATimeThePlaceFollowsTheDate();
     void roomIsSharedFairly();
     void noTagsNoTagLine();
     void aChipIsDrawnAsDesigned();
@@ -261,6 +262,20 @@ void TestEventRow::whereThereIsNoRoomThePlaceGivesWayFirst()
     meta.resize(meta.sizeHint().width() - 100, meta.height());
     QVERIFY(!labels[0]->isCut() && !labels[1]->isCut() && labels[2]->isCut());
     QVERIFY(labels[2]->geometry().right() < meta.width());
+}
+
+void TestEventRow::withoutATimeThePlaceFollowsTheDate()
+{
+    Event event = sample();
+    event.lieu = u"Salle Vaudrelle"_s;
+    EventMeta meta;
+    meta.setEvent(event, paris());
+    meta.resize(meta.sizeHint());
+    meta.show();
+    const auto labels = meta.findChildren<SymbolLabel *>();
+    QVERIFY(!labels[1]->isVisible());
+    QCOMPARE(labels[2]->x(), labels[0]->x() + labels[0]->width() + 12);
+    QVERIFY(!labels[2]->isCut());
 }
 
 void TestEventRow::aDateTooLongForTheLineSharesIt()
