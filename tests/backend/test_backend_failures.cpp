@@ -1,6 +1,8 @@
 // What is said when no whole reply comes.
 
+#include "backend/Limits.h"
 #include "backend/TransportError.h"
+#include "backend/TransportFailure.h"
 #include "support/Await.h"
 #include "support/HttpServer.h"
 #include "support/LocalBackend.h"
@@ -54,6 +56,45 @@ private Q_SLOTS:
         const auto outcome = fetchAnswered(answer, impatient());
         QCOMPARE(outcome.failure(), text);
         QVERIFY(outcome.errorAs<TransportError>() != nullptr);
+    }
+
+    // The manager calls every status from 400 up an error, and some below.
+    void aStatusIsAnAnswerWhateverTheManagerMakesOfIt_data()
+    {
+        QTest::addColumn<QNetworkReply::NetworkError>("error");
+        QTest::addColumn<int>("status");
+        QTest::addColumn<bool>("isAnswer");
+        const auto row = [](const char *name, QNetworkReply::NetworkError error, int status,
+                            bool isAnswer) {
+            QTest::addRow("%s, %d", name, status) << error << status << isAnswer;
+        };
+        row("nothing", QNetworkReply::NoError, 200, true);
+        row("denied", QNetworkReply::ContentAccessDenied, 403, true);
+        row("other content", QNetworkReply::UnknownContentError, 418, true);
+        row("server", QNetworkReply::InternalServerError, 500, true);
+        row("other server", QNetworkReply::UnknownServerError, 599, true);
+        row("invalid", QNetworkReply::ProtocolInvalidOperationError, 400, true);
+        row("invalid", QNetworkReply::ProtocolInvalidOperationError, 399, false);
+        row("proxy", QNetworkReply::ProxyAuthenticationRequiredError, 407, true);
+        row("proxy", QNetworkReply::ProxyAuthenticationRequiredError, 408, false);
+        row("other proxy", QNetworkReply::UnknownProxyError, 502, false);
+        row("again", QNetworkReply::ContentReSendError, 307, true);
+        row("again", QNetworkReply::ContentReSendError, 308, true);
+        row("again", QNetworkReply::ContentReSendError, 401, true);
+        row("again", QNetworkReply::ContentReSendError, 309, false);
+        row("protocol", QNetworkReply::ProtocolUnknownError, 302, false);
+        row("protocol", QNetworkReply::ProtocolFailure, 200, false);
+        row("network", QNetworkReply::UnknownNetworkError, 200, false);
+    }
+
+    void aStatusIsAnAnswerWhateverTheManagerMakesOfIt()
+    {
+        QFETCH(QNetworkReply::NetworkError, error);
+        QFETCH(int, status);
+        Received received;
+        received.error = error;
+        received.status = status;
+        QTEST(!transportFailure(received, QUrl(u"https://x.fr"_s), Limits()), "isAnswer");
     }
 
     void aReplyThatSaysNotModifiedHasNoBodyToMiss()

@@ -1,5 +1,6 @@
 // Every operation reaches the service once, whatever the connection does.
 
+#include "backend/OneShotBody.h"
 #include "backend/TransportError.h"
 #include "support/Await.h"
 #include "support/HttpServer.h"
@@ -231,6 +232,21 @@ private Q_SLOTS:
         QCOMPARE(outcomeOf(started(backend, what)).failure(),
                  isSignIn ? u"non"_s : u"HTTP %1: non"_s.arg(status));
         QCOMPARE(server.requests().size(), 2);
+    }
+
+    void aBodyIsHandedOutOnce()
+    {
+        OneShotBody body("{\"titre\":1}");
+        QCOMPARE(body.bytesAvailable(), 11);
+        QCOMPARE(body.read(4), "{\"ti");
+        QCOMPARE(body.bytesAvailable(), 7);
+        QVERIFY(!body.atEnd());
+        QVERIFY(!body.reset());
+        QCOMPARE(body.read(100), "tre\":1}");
+        QCOMPARE(body.bytesAvailable(), 0);
+        QVERIFY(body.atEnd());
+        char none = 0;
+        QCOMPARE(body.read(&none, 1), -1);
     }
 
     void aConnectionThatWentStaleFailsNothing_data()

@@ -116,6 +116,20 @@ private Q_SLOTS:
         QVERIFY(button(accountMenu(window.get()), forget));
     }
 
+    void aFurtherWindowShowsAtOnceWhoIsSignedIn()
+    {
+        signInAs(u"a@b.fr"_s);
+        const ContentView window;
+        const auto buttons = window.findChildren<QAbstractButton *>();
+        const auto isThere = [&](const QString &name) {
+            return std::ranges::any_of(buttons, [&](const QAbstractButton *button) {
+                return button->text() == name && button->isVisibleTo(&window);
+            });
+        };
+        QVERIFY(isThere(addEvent));
+        QVERIFY(!isThere(addAccount));
+    }
+
     void signingInAndOutLoadsNothingAnew()
     {
         const auto window = windowWith(u"fête"_s);

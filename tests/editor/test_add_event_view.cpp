@@ -41,6 +41,7 @@ private Q_SLOTS:
     void withoutAnAccountTheContactIsEmpty();
     void headingAndButtonSayWhatTheFormIsFor();
     void everyCaptionStandsAboveOrBeforeItsField();
+    void aPickerIsAsWideAsItsTextAndAFieldAsTheForm();
     void theSheetIsAsHighAsItsParts();
     void inAWindowAsItOpensNothingScrolls();
     void aFilledFieldShowsItsBeginning();
@@ -144,6 +145,15 @@ void TestAddEventView::everyCaptionStandsAboveOrBeforeItsField()
             QCOMPARE(to.top(), from.bottom() + 1 + 6);
         }
     }
+}
+
+void TestAddEventView::aPickerIsAsWideAsItsTextAndAFieldAsTheForm()
+{
+    const Form form;
+    for (const QString &picker : {u"Tags"_s, u"Organisé par"_s})
+        QCOMPARE(form.named(picker)->width(), form.named(picker)->sizeHint().width());
+    for (const QString &field : {u"Titre"_s, u"Lieu"_s, u"Lien"_s, u"Email de contact"_s})
+        QCOMPARE(form.field(field)->width(), form.view->card().width() - 2 * 20);
 }
 
 void TestAddEventView::theSheetIsAsHighAsItsParts()

@@ -169,6 +169,7 @@ void TestCalendar::theHoursOfADayAreCountedAsInTheListsMoments_data()
     QTest::newRow("Japanese") << u"ja_JP"_s << false;
     QTest::newRow("no language") << u"en_US_POSIX"_s << true;
     QTest::newRow("French, by the user's wish") << u"fr_FR@hours=h12"_s << true;
+    QTest::newRow("French, counted from nought") << u"fr_FR@hours=h11"_s << true;
 }
 
 void TestCalendar::theHoursOfADayAreCountedAsInTheListsMoments()
