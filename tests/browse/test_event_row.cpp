@@ -96,6 +96,7 @@ private Q_SLOTS:
     void aChipIsDrawnAsDesigned();
     void theSameTagHasTheSameColourInTwoRows();
     void chipsThatDoNotFitGiveWayToAnEllipsis();
+    void chipsFollowTheFont();
     void aChipWiderThanTheRowIsCutWithin();
     void manyTagsNeverWidenTheRow();
 };
@@ -276,6 +277,7 @@ void TestEventRow::withoutATimeThePlaceFollowsTheDate()
     QVERIFY(!labels[1]->isVisible());
     QCOMPARE(labels[2]->x(), labels[0]->x() + labels[0]->width() + 12);
     QVERIFY(!labels[2]->isCut());
+    QCOMPARE(meta.sizeHint().width(), labels[2]->x() + labels[2]->width());
 }
 
 void TestEventRow::aDateTooLongForTheLineSharesIt()
@@ -368,6 +370,20 @@ void TestEventRow::chipsThatDoNotFitGiveWayToAnEllipsis()
     const QColor around = applicationPalette(ColorScheme::Light).color(QPalette::Window);
     QVERIFY(image.pixelColor(first - 2, 9) != around);
     QCOMPARE(image.pixelColor(first + 8, 2), around);
+}
+
+void TestEventRow::chipsFollowTheFont()
+{
+    TagChips chips;
+    chips.setTags({u"Vie du village"_s, u"Spectacle"_s});
+    const QFontMetrics metrics(chips.font());
+    chips.resize(metrics.horizontalAdvance(u"Vie du villageSpectacle"_s) + 2 * 12 + 6, 40);
+    chips.show();
+    QVERIFY(chips.toolTip().isEmpty());
+    QFont larger = chips.font();
+    larger.setPointSizeF(QFontInfo(larger).pointSizeF() * 2);
+    chips.setFont(larger);
+    QVERIFY(!chips.toolTip().isEmpty());
 }
 
 void TestEventRow::aChipWiderThanTheRowIsCutWithin()

@@ -28,6 +28,11 @@ bool isWhole(const QWidget *widget)
     return widget->visibleRegion().boundingRect() == widget->rect();
 }
 
+QRect place(const QWidget *widget)
+{
+    return QRect(widget->mapTo(widget->window(), QPoint()), widget->size());
+}
+
 QString said(const QWidget *widget)
 {
     const auto *label = qobject_cast<const TextLabel *>(widget);
@@ -148,6 +153,11 @@ void TestLargeWindow::everyControlIsWholeInEveryState()
         if (qobject_cast<const QAbstractButton *>(widget)) {
             QVERIFY2(widget->width() >= widget->sizeHint().width(), qPrintable(said(widget)));
             QVERIFY2(widget->height() >= widget->sizeHint().height(), qPrintable(said(widget)));
+        }
+        for (const QWidget *other : widgets) {
+            const bool isWithin = widget->isAncestorOf(other) || other->isAncestorOf(widget);
+            QVERIFY2(other == widget || isWithin || !place(other).intersects(place(widget)),
+                     qPrintable(said(widget) + u" / "_s + said(other)));
         }
     }
 }

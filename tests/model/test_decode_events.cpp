@@ -77,6 +77,7 @@ private Q_SLOTS:
     void aNumberThatNobodyReadsMayBeOfAnySize_data();
     void aNumberThatNobodyReadsMayBeOfAnySize();
     void aBadNumberBesideAHugeOneFails();
+    void aGoodNumberBesideAHugeOneIsNoFault();
     void nestingHasALimit();
     void marksInsideTextsAreKept();
     void repeatedTextsShareStorage();
@@ -209,6 +210,16 @@ void TestDecodeEvents::aBadNumberBesideAHugeOneFails()
                                  "1_0", "1e9x", "00", "-01", "1.2.3", "1e5.5"}) {
         const QByteArray body = R"([{"id":"1","titre":"t","x":1e999,"y":)" + bad + "}]";
         QVERIFY2(faultOf(body).startsWith(u"events: not valid JSON"), body.constData());
+    }
+}
+
+void TestDecodeEvents::aGoodNumberBesideAHugeOneIsNoFault()
+{
+    for (const QByteArray good : {"0", "-0", "9", "10", "-19", "0.0", "9.09", "1e0", "1E9", "1e+9",
+                                  "9e-1", "0e0", "-1.5E-09"}) {
+        const QByteArray body = R"([{"id":"1","titre":"t","x":1e999,"y":)" + good + "}]";
+        QCOMPARE(faultOf(body), QString());
+        QCOMPARE(eventsOf(body).size(), 1);
     }
 }
 
