@@ -84,6 +84,8 @@ private Q_SLOTS:
         QTest::newRow("a bomb") << HttpAnswer::whole(200, zipped(QByteArray(250 * megabyte, ' ')),
                                                      {{"Content-Encoding", "gzip"}})
                                 << 150 * megabyte << none;
+        QTest::newRow("a long body")
+            << HttpAnswer::whole(200, QByteArray(100 * megabyte, ' ')) << 90 * megabyte << none;
         QByteArray many = "[";
         for (int i = 0; i < 1'000'000; ++i)
             many += "{\"id\":\"\",\"titre\":\"\"},";

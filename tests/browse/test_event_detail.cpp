@@ -277,11 +277,17 @@ void TestEventDetail::whatAReaderOpenedHasTheKeyboardAfterwards()
     QTRY_VERIFY(named(window.get(), u"b"_s));
     named(window.get(), u"a"_s)->setFocus(Qt::TabFocusReason);
     QAccessibleInterface *b = QAccessible::queryAccessibleInterface(named(window.get(), u"b"_s));
-    b->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
-    QTRY_VERIFY(detailOf(window.get()));
-    QTest::keyClick(detailOf(window.get()), Qt::Key_Escape);
-    QTRY_VERIFY(!detailOf(window.get()));
-    QCOMPARE(window->focusWidget()->accessibleName(), u"b"_s);
+    const auto openAndClose = [&] {
+        b->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+        QTRY_VERIFY(detailOf(window.get()));
+        QTest::keyClick(detailOf(window.get()), Qt::Key_Escape);
+        QTRY_VERIFY(!detailOf(window.get()));
+        QCOMPARE(window->focusWidget()->accessibleName(), u"b"_s);
+    };
+    openAndClose();
+    // Nor does it matter that the list still knows where the keyboard was last.
+    named(window.get(), u"Compte"_s)->setFocus(Qt::TabFocusReason);
+    openAndClose();
 }
 
 int main(int argc, char *argv[])

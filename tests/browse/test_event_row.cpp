@@ -11,6 +11,7 @@
 #include <QApplication>
 #include <QTest>
 
+#include <algorithm>
 #include <cstdlib>
 
 using namespace Qt::StringLiterals;
@@ -96,6 +97,7 @@ private Q_SLOTS:
     void aChipIsDrawnAsDesigned();
     void theSameTagHasTheSameColourInTwoRows();
     void chipsThatDoNotFitGiveWayToAnEllipsis();
+    void theEllipsisIsReadableInTheDark();
     void chipsFollowTheFont();
     void aChipWiderThanTheRowIsCutWithin();
     void manyTagsNeverWidenTheRow();
@@ -370,6 +372,26 @@ void TestEventRow::chipsThatDoNotFitGiveWayToAnEllipsis()
     const QColor around = applicationPalette(ColorScheme::Light).color(QPalette::Window);
     QVERIFY(image.pixelColor(first - 2, 9) != around);
     QCOMPARE(image.pixelColor(first + 8, 2), around);
+}
+
+void TestEventRow::theEllipsisIsReadableInTheDark()
+{
+    TagChips chips;
+    chips.setPalette(applicationPalette(ColorScheme::Dark));
+    chips.setTags({u"Vie du village"_s, u"Spectacle"_s});
+    const QFontMetrics metrics(chips.font());
+    const int first = metrics.horizontalAdvance(u"Vie du village"_s) + 12;
+    const int dots = metrics.horizontalAdvance(QChar(0x2026));
+    chips.resize(first + 6 + dots, chips.sizeHint().height());
+    chips.show();
+    const QImage image = picture(chips);
+    int lightest = 0;
+    for (int x = first + 6; x < image.width(); ++x) {
+        for (int y = 0; y < image.height(); ++y)
+            lightest = std::max(lightest, image.pixelColor(x, y).lightness());
+    }
+    const QColor around = chips.palette().color(QPalette::Window);
+    QVERIFY2(lightest > around.lightness() + 50, qPrintable(QString::number(lightest)));
 }
 
 void TestEventRow::chipsFollowTheFont()

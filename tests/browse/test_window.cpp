@@ -41,6 +41,7 @@ private Q_SLOTS:
     void aWindowClosedWhileLoadingIsJustGone();
     void twoWindowsKeepTheirOwnTabs();
     void signedOutTheHeaderOffersAnAccountAndNoNewEvent();
+    void theBrandIsTheHeadingOfTheWindow();
     void anEventWithoutOwnerShowsItsButtonsWhenSignedOut();
     void clickingARowChoosesIt();
     void theWindowNeverGetsSmallerThanItsContentNeeds();
@@ -206,6 +207,14 @@ void TestWindow::signedOutTheHeaderOffersAnAccountAndNoNewEvent()
     QVERIFY(!button(window.get(), u"Ajouter un événement"_s));
     QVERIFY(named(window.get(), u"amorvelle.fr"_s));
     QVERIFY(named(window.get(), u"Les événements à Morvelle et ses environs"_s));
+}
+
+void TestWindow::theBrandIsTheHeadingOfTheWindow()
+{
+    const auto window = shownWindow();
+    const auto *brand =
+        QAccessible::queryAccessibleInterface(named(window.get(), u"amorvelle.fr"_s));
+    QCOMPARE(brand->role(), QAccessible::Heading);
 }
 
 void TestWindow::anEventWithoutOwnerShowsItsButtonsWhenSignedOut()
