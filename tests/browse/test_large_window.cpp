@@ -56,6 +56,27 @@ QList<QWidget *> around(const ContentView *window)
     return found;
 }
 
+/// The first label or control outside the list that is not whole, or lies over another.
+QString whatIsCut(const ContentView *window)
+{
+    const auto widgets = around(window);
+    for (const QWidget *widget : widgets) {
+        const auto *label = qobject_cast<const TextLabel *>(widget);
+        const bool hasText =
+            !label || (!label->isCut() && label->height() >= label->heightForWidth(label->width()));
+        const bool hasRoom = !qobject_cast<const QAbstractButton *>(widget)
+            || widget->size().expandedTo(widget->sizeHint()) == widget->size();
+        if (!isWhole(widget) || !hasText || !hasRoom)
+            return said(widget);
+        for (const QWidget *other : widgets) {
+            const bool isWithin = widget->isAncestorOf(other) || other->isAncestorOf(widget);
+            if (other != widget && !isWithin && place(other).intersects(place(widget)))
+                return said(widget) + u" / "_s + said(other);
+        }
+    }
+    return {};
+}
+
 } // namespace
 
 class TestLargeWindow : public QObject {
@@ -140,26 +161,9 @@ void TestLargeWindow::everyControlIsWholeInEveryState()
     };
     QTRY_VERIFY(isThere());
     QTRY_COMPARE(button(m_window.get(), u"Ajouter un événement"_s) != nullptr, isMember);
-    QTest::qWait(0);
-    const auto widgets = around(m_window.get());
-    QVERIFY(widgets.size() >= 4);
-    for (const QWidget *widget : widgets) {
-        QVERIFY2(isWhole(widget), qPrintable(said(widget)));
-        if (const auto *label = qobject_cast<const TextLabel *>(widget)) {
-            QVERIFY2(!label->isCut(), qPrintable(label->text()));
-            QVERIFY2(label->height() >= label->heightForWidth(label->width()),
-                     qPrintable(label->text()));
-        }
-        if (qobject_cast<const QAbstractButton *>(widget)) {
-            QVERIFY2(widget->width() >= widget->sizeHint().width(), qPrintable(said(widget)));
-            QVERIFY2(widget->height() >= widget->sizeHint().height(), qPrintable(said(widget)));
-        }
-        for (const QWidget *other : widgets) {
-            const bool isWithin = widget->isAncestorOf(other) || other->isAncestorOf(widget);
-            QVERIFY2(other == widget || isWithin || !place(other).intersects(place(widget)),
-                     qPrintable(said(widget) + u" / "_s + said(other)));
-        }
-    }
+    // Not at once: what a change of the header asks for takes the layouts some turns.
+    QTRY_COMPARE(whatIsCut(m_window.get()), QString());
+    QVERIFY(around(m_window.get()).size() >= 4);
 }
 
 void TestLargeWindow::aLongReasonIsReadToItsEnd()
