@@ -5,6 +5,7 @@
 #include "look/Colors.h"
 #include "look/Compositing.h"
 #include "look/Symbols.h"
+#include "support/Choosing.h"
 #include "support/LabelledHeight.h"
 #include "support/MenuScene.h"
 #include "support/Picture.h"
@@ -125,9 +126,7 @@ void TestMenu::otherKeysAreLeftToTheForm()
 void TestMenu::anItemIsChosenByClick()
 {
     const MenuScene it;
-    QTest::mouseClick(it.picker, Qt::LeftButton);
-    QTest::mouseMove(it.menu(), it.centreOf(2));
-    QTest::mouseClick(it.menu(), Qt::LeftButton, {}, it.centreOf(2));
+    chooseByClick(it.picker, u"<b>Causarium</b>"_s);
     QVERIFY(!it.menu()->isVisible());
     QCOMPARE(it.chosen, QList<QVariantList>{{u"<b>Causarium</b>"_s}});
     // What is chosen is for the owner to show.

@@ -2,6 +2,7 @@
 #include "editor/TagMenuView.h"
 #include "look/Accessibility.h"
 #include "look/Colors.h"
+#include "support/Choosing.h"
 #include "support/LabelledHeight.h"
 #include "support/Picture.h"
 
@@ -46,13 +47,7 @@ struct Scene {
         }
         return nullptr;
     }
-    void choose(const QString &tag) const
-    {
-        QTest::mouseClick(picker, Qt::LeftButton);
-        QTest::mouseMove(picker->menu(), picker->menu()->actionGeometry(item(tag)).center());
-        QTest::mouseClick(picker->menu(), Qt::LeftButton, {},
-                          picker->menu()->actionGeometry(item(tag)).center());
-    }
+    void choose(const QString &tag) const { chooseByClick(picker, tag); }
 };
 
 } // namespace

@@ -2,11 +2,11 @@
 
 #include "backend/SupabaseClient.h"
 #include "controls/ErrorText.h"
-#include "controls/Menu.h"
 #include "controls/PopupButton.h"
 #include "editor/AddEventView.h"
 #include "platform/Gmt.h"
 #include "support/Await.h"
+#include "support/Choosing.h"
 #include "support/HttpServer.h"
 #include "support/Sent.h"
 #include "support/Typing.h"
@@ -109,17 +109,7 @@ struct Form {
     }
     void choose(const QString &picker, const QString &item) const
     {
-        auto *label = named<PopupLabel>(picker);
-        QTest::mouseClick(label, Qt::LeftButton);
-        const auto items = label->menu()->actions();
-        for (QAction *action : items) {
-            if (action->text() == item) {
-                QTest::mouseClick(label->menu(), Qt::LeftButton, {},
-                                  label->menu()->actionGeometry(action).center());
-                return;
-            }
-        }
-        qFatal("no such item");
+        chooseByClick(named<PopupLabel>(picker), item);
     }
     bool isOpen() const { return view && view->isVisible(); }
 };

@@ -33,8 +33,4 @@ struct MenuScene {
 
     Menu *menu() const { return picker->menu(); }
     QRect card() const { return menu()->geometry().marginsRemoved(popupMargins(isComposited())); }
-    QPoint centreOf(int item) const
-    {
-        return menu()->actionGeometry(menu()->actions().at(item)).center();
-    }
 };
