@@ -13,8 +13,10 @@
 #include <QJsonObject>
 #include <QSignalSpy>
 #include <QTcpServer>
+#include <QTcpSocket>
 
 #include <memory>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -313,10 +315,16 @@ private Q_SLOTS:
         m_server.close();
         QTcpServer deaf;
         QVERIFY(deaf.listen(QHostAddress::LocalHost, m_port));
-        int calls = 0;
+        // The first caller is hung up on; who calls again is listened to.
+        QByteArray heardAgain;
+        bool isHungUp = false;
         connect(&deaf, &QTcpServer::newConnection, this, [&] {
-            ++calls;
             QTcpSocket *caller = deaf.nextPendingConnection();
+            if (std::exchange(isHungUp, true)) {
+                connect(caller, &QTcpSocket::readyRead, this,
+                        [&heardAgain, caller] { heardAgain += caller->readAll(); });
+                return;
+            }
             caller->abort();
             caller->deleteLater();
         });
@@ -324,8 +332,9 @@ private Q_SLOTS:
         form.submit();
         QTRY_VERIFY(!form.shownError().isEmpty());
         QVERIFY(form.primary()->isEnabled());
+        // Newer toolkits connect again before they find that they cannot ask again.
         QTest::qWait(30);
-        QCOMPARE(calls, 1);
+        QCOMPARE(heardAgain, QByteArray());
     }
 
 private:

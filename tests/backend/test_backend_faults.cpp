@@ -7,8 +7,10 @@
 #include "support/HttpServer.h"
 #include "support/LocalBackend.h"
 
+#include <QLibraryInfo>
 #include <QNetworkProxy>
 #include <QTest>
+#include <QVersionNumber>
 
 using namespace Qt::StringLiterals;
 
@@ -263,7 +265,11 @@ private Q_SLOTS:
         LocalBackend backend({u"http://nowhere.invalid"_s, u"k"_s});
         const auto outcome = outcomeOf(backend.fetchEvents());
         QNetworkProxy::setApplicationProxy(QNetworkProxy::NoProxy);
-        QCOMPARE(outcome.failure(), u"The server \"nowhere.invalid\" refused the connection."_s);
+        // Older toolkits do not tell the proxy's refusal from the server's.
+        QCOMPARE(outcome.failure(),
+                 QLibraryInfo::version() >= QVersionNumber(6, 8)
+                     ? u"The network's proxy did not let the request through."_s
+                     : u"The server \"nowhere.invalid\" refused the connection."_s);
     }
 };
 

@@ -93,7 +93,8 @@ private Q_SLOTS:
         QCOMPARE(outcomeOf(backend.fetchEvents()).failure(), QString());
         QVERIFY(server.received().startsWith("GET /rest/v1/events?select="));
         QVERIFY(server.received().contains(" HTTP/1.1\r\n"));
-        QVERIFY(server.received().contains("\r\nAuthorization: Bearer clef\r\n"));
+        // The toolkit chooses how it spells a header's name.
+        QVERIFY(server.received().toLower().contains("\r\nauthorization: bearer clef\r\n"));
     }
 };
 
