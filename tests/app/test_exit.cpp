@@ -32,6 +32,7 @@ class TestExit : public QObject {
         environment.remove(u"DBUS_SESSION_BUS_ADDRESS"_s);
         environment.insert(u"QT_QPA_PLATFORM"_s, u"offscreen"_s);
         environment.insert(u"CLOSE"_s, close);
+        environment.insert(u"LC_ALL"_s, u"C.UTF-8"_s); // one not installed is warned of
         program.setProcessEnvironment(environment);
         program.setChildProcessModifier(
             [trusted = QFile::encodeName(m_folder.filePath(u"certs"_s))] {

@@ -5,5 +5,7 @@
 // first, since it would ask for Apple's headers.
 #include <QtCore/qsystemdetection.h>
 
+// The tags that tell which toolkit a file was built with would go to a section that only macOS has.
+#define QT_NO_VERSION_TAGGING
 #define Q_OS_DARWIN
 #define Q_OS_MACOS

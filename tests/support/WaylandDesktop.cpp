@@ -157,6 +157,7 @@ void WaylandDesktop::startCompositor()
         qFatal("the compositor does not start:\n%s", log.readAll().constData());
     }
     qunsetenv("DISPLAY");
+    qputenv("LC_ALL", "C.UTF-8"); // of a locale not installed newer toolkits complain
     qputenv("WAYLAND_DISPLAY", folder.filePath(display.first()).toLocal8Bit());
     m_socket = folder.filePath(commands.first());
 }
