@@ -89,7 +89,7 @@ EventDetailView::EventDetailView(const Event &event, const Calendar &calendar, Q
     row->addWidget(close);
 
     setAccessibleName(event.titre);
-    setAccessibleDescription(whenAndWhere(event, calendar));
+    setAccessibleDescription(whenAndWhere(shownDate(event, calendar), event));
     setBody(makeBody(event, calendar), leastHeight);
     setFooter(footer);
     setFooterLine(true);

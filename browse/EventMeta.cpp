@@ -37,10 +37,11 @@ void EventMeta::setEvent(const Event &event, const Calendar &calendar)
         if (m_namesKinds)
             label->setAccessibleName(kind + u"\u00A0: "_s + text.value_or(QString()));
     };
-    show(m_date, u"Date"_s, shownDate(event, calendar));
+    const std::optional<QString> date = shownDate(event, calendar);
+    show(m_date, u"Date"_s, date);
     show(m_time, u"Heure"_s, event.heure_texte);
     show(m_place, u"Lieu"_s, event.lieu);
-    m_spoken = whenAndWhere(event, calendar);
+    m_spoken = whenAndWhere(date, event);
     updateGeometry();
     arrange();
 }

@@ -16,10 +16,10 @@ std::optional<QString> shownDate(const Event &event, const Calendar &calendar)
     return {};
 }
 
-QString whenAndWhere(const Event &event, const Calendar &calendar)
+QString whenAndWhere(const std::optional<QString> &date, const Event &event)
 {
     QStringList texts;
-    for (const auto &text : {shownDate(event, calendar), event.heure_texte, event.lieu}) {
+    for (const auto &text : {date, event.heure_texte, event.lieu}) {
         if (isPresent(text))
             texts.append(*text);
     }

@@ -12,6 +12,6 @@ bool isPresent(const std::optional<QString> &text);
 /// calendar's clock, else nothing.
 std::optional<QString> shownDate(const Event &event, const Calendar &calendar);
 
-/// What is there of date, time and place, in a line for screen readers: "2026-11-14, 14:30, Salle
-/// Vaudrelle".
-QString whenAndWhere(const Event &event, const Calendar &calendar);
+/// What is there of the date as it is shown, time and place, in a line for screen readers:
+/// "2026-11-14, 14:30, Salle Vaudrelle".
+QString whenAndWhere(const std::optional<QString> &date, const Event &event);
