@@ -8,11 +8,13 @@
 
 #include <QEvent>
 #include <QMimeData>
+#include <QScrollBar>
 #include <QTextBlockFormat>
 #include <QTextCursor>
 #include <QTextDocument>
 #include <QTextDocumentFragment>
 #include <QTextEdit>
+#include <QTextFrame>
 
 #include <algorithm>
 
@@ -54,9 +56,27 @@ public:
         QTextCursor cursor(document());
         cursor.select(QTextCursor::Document);
         cursor.mergeBlockFormat(format);
+        verticalScrollBar()->setValue(0);
+    }
+
+    /// Pixels that stay free at the left of every line.
+    void setIndent(int indent)
+    {
+        QTextFrameFormat format = document()->rootFrame()->frameFormat();
+        format.setLeftMargin(indent);
+        document()->rootFrame()->setFrameFormat(format);
     }
 
 protected:
+    void showEvent(QShowEvent *event) override
+    {
+        // The cursor, too high for the room there is before a layout, would scroll to be seen
+        // whole.
+        const int place = verticalScrollBar()->value();
+        QTextEdit::showEvent(event);
+        verticalScrollBar()->setValue(place);
+    }
+
     QMimeData *createMimeDataFromSelection() const override
     {
         const auto cursor = textCursor();
@@ -108,6 +128,7 @@ int ErrorText::heightForWidth(int width) const
 {
     TextBlock block(m_text, font(), m_maximumLines);
     block.layOut(width);
+    block.layOut(width - block.indent());
     return block.height();
 }
 
@@ -132,18 +153,24 @@ void ErrorText::changeEvent(QEvent *event)
 void ErrorText::resizeEvent(QResizeEvent *)
 {
     // Not by a layout: the height for a width is asked of a layout rather than of its widget.
-    m_view->setGeometry(rect());
     fit();
 }
 
 void ErrorText::fit()
 {
+    TextBlock block(m_text, font());
+    block.layOut(width());
+    const int indent = block.indent();
+    block.layOut(width() - indent);
     // A bar that came with a lesser height takes width: the text then needs a line more, and that
     // keeps the bar where it has become needless.
-    TextBlock block(m_text, font(), height() / lineHeight(font()) + 1);
-    block.layOut(width());
-    m_view->setVerticalScrollBarPolicy(block.height() > height() ? Qt::ScrollBarAlwaysOn
-                                                                 : Qt::ScrollBarAlwaysOff);
+    const bool scrolls = block.height() > height();
+    m_view->setVerticalScrollBarPolicy(scrolls ? Qt::ScrollBarAlwaysOn : Qt::ScrollBarAlwaysOff);
+    // No line is cut in the middle.
+    const int pitch = lineHeight(font());
+    const int cut = scrolls && height() > pitch ? height() % pitch : 0;
+    m_view->setIndent(indent);
+    m_view->setGeometry(rect().adjusted(0, 0, 0, -cut));
 }
 
 void ErrorText::updateColor()

@@ -148,6 +148,14 @@ int TextBlock::naturalWidth() const
     return m_naturalWidth;
 }
 
+int TextBlock::indent() const
+{
+    qreal farthest = 0;
+    for (int i = 0; i < m_lines->lineCount(); ++i)
+        farthest = std::max(farthest, m_lines->lineAt(i).x());
+    return qRound(farthest);
+}
+
 int TextBlock::positionAt(QPointF point) const
 {
     int i = 0;

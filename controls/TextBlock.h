@@ -22,6 +22,7 @@ public:
     int width() const { return m_width; } ///< -1 before the first layout
     int height() const { return m_height; } ///< of the lines; an empty text has one line
     bool isCut() const { return m_cut; } ///< something is left out: it ends in an ellipsis
+    int indent() const; ///< of the line that begins farthest in, for its letter to be whole
     int naturalWidth() const; ///< the width that takes the longest line whole
 
     /// How many code units are laid out: the places of the cursor go from 0 to here.
