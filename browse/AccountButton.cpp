@@ -47,6 +47,14 @@ void AccountButton::setEmail(const QString &email)
     fit();
 }
 
+void AccountButton::setRoom(int width)
+{
+    if (width == m_room)
+        return;
+    m_room = width;
+    fit();
+}
+
 void AccountButton::setOpen(bool isOpen)
 {
     if (isOpen == m_isOpen)
@@ -57,7 +65,7 @@ void AccountButton::setOpen(bool isOpen)
 
 QSize AccountButton::sizeHint() const
 {
-    return {std::min(naturalWidth(), widest),
+    return {std::min(naturalWidth(), widestHere()),
             2 * paddingY + std::max(symbolSize, lineHeight(font()))};
 }
 
@@ -107,7 +115,13 @@ int AccountButton::naturalWidth() const
 
 bool AccountButton::isCut() const
 {
-    return naturalWidth() > widest;
+    return naturalWidth() > widestHere();
+}
+
+int AccountButton::widestHere() const
+{
+    const int shortest = 2 * paddingX + symbolSize + gap + 2 * fontMetrics().height();
+    return std::max(shortest, std::min(widest, m_room));
 }
 
 void AccountButton::fit()

@@ -16,6 +16,8 @@ public:
 
     /// Empty: the symbol alone.
     void setEmail(const QString &email);
+    /// The width there is for it, symbol and all.
+    void setRoom(int width);
     /// Whether the menu that the button opens is open, which shows in its background.
     void setOpen(bool isOpen);
 
@@ -31,9 +33,11 @@ protected:
 
 private:
     int naturalWidth() const; ///< with all of the address
+    int widestHere() const;
     bool isCut() const;
     void fit();
 
     QString m_email;
+    int m_room = QWIDGETSIZE_MAX;
     bool m_isOpen = false;
 };

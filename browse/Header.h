@@ -11,8 +11,8 @@ class QVBoxLayout;
 class SecondaryButton;
 class TextLabel;
 
-/// The top of the window: the brand and the tagline on the left, what a member can do on the right,
-/// or below where the type is large.
+/// The top of the window: the brand and the tagline on the left, what a member can do on the right.
+/// Where the type is large, what has no room there stands below, across the window.
 class Header : public QWidget {
     Q_OBJECT
 
@@ -41,16 +41,24 @@ protected:
     void resizeEvent(QResizeEvent *event) override;
 
 private:
-    QVBoxLayout *makeTitles();
-    QVBoxLayout *makeButtons();
-    /// Puts the wider button below the tagline where the brand would have to break beside it.
+    void makeTitles();
+    void makeButtons();
+    /// Puts below what has no room beside the other side: the wider button where the brand would
+    /// have to break, the tagline where it would.
     void arrange();
+    void putEventButton(bool below);
+    void putTagline(bool below);
 
     SecondaryButton *m_addAccount;
     PrimaryButton *m_addEvent;
     AccountButton *m_account;
+    QVBoxLayout *m_titles; ///< at the left
+    QVBoxLayout *m_buttons; ///< at the right
     QVBoxLayout *m_across; ///< below all the rest
+    QVBoxLayout *m_accountRow; ///< the button below the tagline
+    QVBoxLayout *m_eventRow; ///< the button below that, or nothing
     TextLabel *m_brand = nullptr;
-    QVBoxLayout *m_buttons = nullptr;
-    bool m_isNarrow = false;
+    TextLabel *m_tagline = nullptr;
+    bool m_isButtonBelow = false;
+    bool m_isTaglineBelow = false;
 };

@@ -8,10 +8,13 @@
 #include <QKeyEvent>
 #include <QPainter>
 
+#include <algorithm>
+
 namespace {
 
 constexpr int padding = 12;
 constexpr int stripHeight = 36;
+constexpr int clearOfLabel = 18; ///< above and below the line of text, together
 constexpr int underline = 2;
 
 } // namespace
@@ -33,7 +36,9 @@ QSize TabButton::sizeHint() const
 {
     // As wide as its semibold label, chosen or not: choosing a tab moves nothing.
     const QFontMetricsF metrics(appFont(13, QFont::DemiBold));
-    return {qRound(metrics.horizontalAdvance(m_title)) + 2 * padding, scaled(stripHeight)};
+    // Large type makes the line higher, and takes no more of a small window for what is around it.
+    return {qRound(metrics.horizontalAdvance(m_title)) + 2 * padding,
+            std::max(stripHeight, lineHeight(appFont(13, QFont::DemiBold)) + clearOfLabel)};
 }
 
 void TabButton::keyPressEvent(QKeyEvent *event)

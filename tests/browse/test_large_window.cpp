@@ -13,6 +13,7 @@
 #include <QTextCursor>
 #include <QTextEdit>
 
+#include <algorithm>
 #include <memory>
 
 using namespace Qt::StringLiterals;
@@ -94,6 +95,10 @@ private Q_SLOTS:
     void cleanup();
     void everyControlIsWholeInEveryState_data();
     void everyControlIsWholeInEveryState();
+    void theTaglineHasTheWidthOfTheWindowBeforeItBreaks_data();
+    void theTaglineHasTheWidthOfTheWindowBeforeItBreaks();
+    void theFirstEventCanBeToldByItsTitle_data();
+    void theFirstEventCanBeToldByItsTitle();
     void aLongReasonIsReadToItsEnd();
     void everyRowIsSeenToItsEndAndItsButtonsAreWhole();
 
@@ -164,6 +169,74 @@ void TestLargeWindow::everyControlIsWholeInEveryState()
     // Not at once: what a change of the header asks for takes the layouts some turns.
     QTRY_COMPARE(whatIsCut(m_window.get()), QString());
     QVERIFY(around(m_window.get()).size() >= 4);
+    const QWidget *brand = named(m_window.get(), u"amorvelle.fr"_s);
+    QCOMPARE(brand->height(), lineHeight(brand->font()));
+}
+
+void TestLargeWindow::theTaglineHasTheWidthOfTheWindowBeforeItBreaks_data()
+{
+    QTest::addColumn<bool>("isMember");
+    QTest::newRow("guest") << false;
+    QTest::newRow("member") << true;
+}
+
+void TestLargeWindow::theTaglineHasTheWidthOfTheWindowBeforeItBreaks()
+{
+    QFETCH(bool, isMember);
+    m_events = HttpAnswer::whole(500, reason);
+    open();
+    if (isMember)
+        signInAs(u"camille@exemple.fr"_s);
+    QTRY_COMPARE(button(m_window.get(), u"Ajouter un événement"_s) != nullptr, isMember);
+    const auto *error = m_window->findChild<ErrorText *>();
+    QTRY_VERIFY(error->isVisible());
+    const auto *tagline = qobject_cast<TextLabel *>(
+        named(m_window.get(), u"Les événements à Morvelle et ses environs"_s));
+    const auto *add =
+        button(m_window.get(), isMember ? u"Ajouter un événement"_s : u"Ajouter un compte"_s);
+    QVERIFY(tagline && add);
+    const auto top = [this](const QWidget *of) { return of->mapTo(m_window.get(), QPoint()).y(); };
+    const auto bottom = [&top](const QWidget *of) { return top(of) + of->height(); };
+    QTRY_COMPARE(tagline->width(), 520 - 32);
+    QTRY_COMPARE(top(add) - bottom(tagline), 10);
+    QTRY_COMPARE(tagline->height(), tagline->heightForWidth(520 - 32));
+    QTRY_COMPARE(top(error) - bottom(add), 12);
+
+    // Where there is room it stands beside them.
+    m_window->resize(1600, 700);
+    QTRY_VERIFY(tagline->width() < 1600 - 32);
+    QTRY_COMPARE(tagline->height(), lineHeight(tagline->font()));
+    m_window->resize(520, 360);
+    QTRY_COMPARE(tagline->width(), 520 - 32);
+    QTRY_COMPARE(top(add) - bottom(tagline), 10);
+}
+
+void TestLargeWindow::theFirstEventCanBeToldByItsTitle_data()
+{
+    theTaglineHasTheWidthOfTheWindowBeforeItBreaks_data();
+}
+
+void TestLargeWindow::theFirstEventCanBeToldByItsTitle()
+{
+    QFETCH(bool, isMember);
+    m_events = reply({row(u"Marché"_s, 1)});
+    open();
+    if (isMember)
+        signInAs(u"camille@exemple.fr"_s);
+    QTRY_COMPARE(button(m_window.get(), u"Ajouter un événement"_s) != nullptr, isMember);
+    QTRY_VERIFY(named(m_window.get(), u"Marché"_s));
+    const auto *strip = named(m_window.get(), u"À venir"_s);
+    QCOMPARE(strip->height(), lineHeight(appFont(13, QFont::DemiBold)) + 18);
+    if (QFontMetrics(appFont(13)).height() * 13 > 17 * appFont(13).pixelSize())
+        QSKIP("The lines of this font are too tall.");
+    const auto *first = m_window->findChild<EventRow *>();
+    const auto isSeen = [first] {
+        const auto labels = first->findChildren<TextLabel *>();
+        return std::any_of(labels.begin(), labels.end(), [](const TextLabel *label) {
+            return label->text() == u"Marché"_s && isWhole(label);
+        });
+    };
+    QTRY_VERIFY(isSeen());
 }
 
 void TestLargeWindow::aLongReasonIsReadToItsEnd()
