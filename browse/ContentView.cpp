@@ -8,15 +8,19 @@
 #include "controls/ErrorText.h"
 #include "controls/Pane.h"
 #include "controls/TabView.h"
+#include "look/Fonts.h"
 #include "look/KeyboardFocus.h"
 #include "platform/NotificationCenter.h"
 
 #include <QAction>
+#include <QFontMetrics>
+#include <QScreen>
 #include <QShowEvent>
 #include <QStackedLayout>
 #include <QTimer>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <initializer_list>
 #include <optional>
 #include <utility>
@@ -24,6 +28,10 @@
 using namespace Qt::StringLiterals;
 
 namespace {
+
+constexpr int drawnLine = 16; ///< of the body's type, in pixels
+constexpr int linesOfForm = 16;
+constexpr QSize aroundWindow{16, 40}; ///< what a desktop draws around a window, and a little
 
 /// What lies below the header. It takes the room that is left: what is long in it scrolls, and
 /// takes none from the header.
@@ -107,7 +115,11 @@ std::optional<QString> ContentView::savedEmailDisplay() const
 
 QSize ContentView::sizeHint() const
 {
-    return {760, 620};
+    // Larger where the type is larger and its lines are taller than drawn: the form of an event,
+    // the longest of the sheets, needs no scrolling in a window as it opens.
+    const int taller = QFontMetrics(appFont(13)).height() - scaled(drawnLine);
+    const QSize drawn(scaled(760), scaled(620) + linesOfForm * std::max(0, taller));
+    return drawn.boundedTo(screen()->availableSize() - aroundWindow).expandedTo(minimumSize());
 }
 
 Header::Actions ContentView::headerActions()

@@ -93,6 +93,7 @@ private Q_SLOTS:
     void initTestCase() { QVERIFY(scaled(100) > 150); }
     void init();
     void cleanup();
+    void itOpensLargerAndWithinItsScreen();
     void everyControlIsWholeInEveryState_data();
     void everyControlIsWholeInEveryState();
     void theTaglineHasTheWidthOfTheWindowBeforeItBreaks_data();
@@ -132,6 +133,14 @@ void TestLargeWindow::open()
     m_window->show();
     m_window->activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+}
+
+void TestLargeWindow::itOpensLargerAndWithinItsScreen()
+{
+    const ContentView window;
+    QCOMPARE(window.width(), scaled(760));
+    QVERIFY(window.height() > 900);
+    QVERIFY(window.height() <= 1000 - 40); // for its title bar
 }
 
 void TestLargeWindow::everyControlIsWholeInEveryState_data()

@@ -248,7 +248,6 @@ void TestWindow::theWindowNeverGetsSmallerThanItsContentNeeds()
     QCOMPARE(window.minimumSize(), QSize(520, 360));
     window.resize(100, 100);
     QCOMPARE(window.size(), QSize(520, 360));
-    QCOMPARE(window.sizeHint(), QSize(760, 620));
 }
 
 int main(int argc, char *argv[])

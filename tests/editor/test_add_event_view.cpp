@@ -43,7 +43,6 @@ private Q_SLOTS:
     void everyCaptionStandsAboveOrBeforeItsField();
     void aPickerIsAsWideAsItsTextAndAFieldAsTheForm();
     void theSheetIsAsHighAsItsParts();
-    void inAWindowAsItOpensNothingScrolls();
     void aFilledFieldShowsItsBeginning();
     void anEventOfAnotherOrganiserOpensWithItsName();
     void choosingOtherAsksForTheNameAndKeepsIt();
@@ -175,16 +174,6 @@ void TestAddEventView::theSheetIsAsHighAsItsParts()
     QTRY_COMPARE(form.view->card().height(),
                  before + 6 + fieldHeight() + lineHeight(appFont(13)) + 10);
     QCOMPARE(scrollBar(form)->maximum(), 0);
-}
-
-void TestAddEventView::inAWindowAsItOpensNothingScrolls()
-{
-    const Form form;
-    QCOMPARE(form.window->size(), QSize(760, 620));
-    if (QFontMetrics(appFont(13)).height() > 17)
-        QSKIP("The lines of this font are too tall for all of them in this window.");
-    QCOMPARE(scrollBar(form)->maximum(), 0);
-    QVERIFY(form.view->card().bottom() + 1 <= 620 - 16);
 }
 
 void TestAddEventView::aFilledFieldShowsItsBeginning()
