@@ -2,6 +2,7 @@
 
 #include "backend/SupabaseClient.h"
 #include "backend/TransportError.h"
+#include "backend/WaitingRoom.h"
 #include "model/Event.h"
 #include "model/EventCreatePayload.h"
 #include "platform/NotificationCenter.h"
@@ -28,6 +29,17 @@ QStringList failures()
             outcomeOf(SupabaseClient::deleteEvent(u"1"_s)).failure(),
             outcomeOf(SupabaseClient::signIn(u"a@b.fr"_s, u"p"_s)).failure(),
             outcomeOf(SupabaseClient::signUp(u"a@b.fr"_s, u"p"_s)).failure()};
+}
+
+// Notes whether the wait ended well.
+QCoro::Task<void> sit(WaitingRoom::Seat &seat, QString &end)
+{
+    try {
+        co_await seat;
+        end = u"done"_s;
+    } catch (const TransportError &) {
+        end = u"given up"_s;
+    }
 }
 
 } // namespace
@@ -80,6 +92,22 @@ private Q_SLOTS:
         QCOMPARE(first.failure(), closing);
         QCOMPARE(second.failure(), closing);
         QCOMPARE(m_server.requests().size(), before + 1);
+    }
+
+    void whatIsOverIsNotGivenUpNorTheOtherWayRound()
+    {
+        WaitingRoom room;
+        WaitingRoom::Seat early(room);
+        WaitingRoom::Seat late(room);
+        early.wake()();
+        room.close();
+        late.wake()();
+        QString ofEarly;
+        QString ofLate;
+        const QCoro::Task<void> first = sit(early, ofEarly);
+        const QCoro::Task<void> second = sit(late, ofLate);
+        QCOMPARE(ofEarly, u"done"_s);
+        QCOMPARE(ofLate, u"given up"_s);
     }
 };
 

@@ -27,6 +27,7 @@ private Q_SLOTS:
     void theReaderTellsTheAddressThatIsShown();
     void anAddressTooLongToBeSeenIsReadAndShownWhole();
     void anAddressIsCutOnlyWhereItDoesNotFit();
+    void anAddressThatALargerFontCutsIsShownWhole();
     void theReaderPressesIt();
     void aHeldKeyPressesOnce();
     void itsGroundStaysCalmEnoughToReadWhileItsMenuIsOpen();
@@ -118,6 +119,15 @@ void TestAccountButton::anAddressIsCutOnlyWhereItDoesNotFit()
         }
     }
     QVERIFY(whole > 0 && cut > 0);
+}
+
+void TestAccountButton::anAddressThatALargerFontCutsIsShownWhole()
+{
+    AccountButton button;
+    button.setEmail(u"jo@exemple.fr"_s);
+    QVERIFY(button.toolTip().isEmpty());
+    button.setFont(appFont(30));
+    QVERIFY(button.toolTip().contains(u"jo@exemple.fr"_s));
 }
 
 void TestAccountButton::theReaderPressesIt()

@@ -213,6 +213,25 @@ private Q_SLOTS:
         QCOMPARE(detail.bar()->value(), 0);
     }
 
+    void theKeyboardScrollsFromAButtonToo()
+    {
+        const Detail detail(longEvent());
+        const auto buttons = detail.sheet->findChildren<QAbstractButton *>();
+        QVERIFY(buttons.size() >= 2);
+        for (QAbstractButton *button : buttons) {
+            detail.bar()->setValue(0);
+            button->setFocus(Qt::TabFocusReason);
+            detail.bar()->setValue(0);
+            QTest::keyClick(button, Qt::Key_Down);
+            QVERIFY(detail.bar()->value() > 0);
+            QTest::keyClick(button, Qt::Key_End);
+            QCOMPARE(detail.bar()->value(), detail.bar()->maximum());
+            QTest::keyClick(button, Qt::Key_Up);
+            QVERIFY(detail.bar()->value() < detail.bar()->maximum());
+            QVERIFY(button->hasFocus());
+        }
+    }
+
     void aClickIntoALongTextMovesNothing()
     {
         const Detail detail(longEvent());

@@ -3,9 +3,15 @@
 
 #include <QTest>
 
+#include <algorithm>
 #include <optional>
 #include <type_traits>
 #include <variant>
+
+#ifdef Q_OS_UNIX
+#include <sys/mman.h>
+#include <unistd.h>
+#endif
 
 using namespace Qt::StringLiterals;
 
@@ -78,6 +84,7 @@ private Q_SLOTS:
     void aNumberThatNobodyReadsMayBeOfAnySize();
     void aBadNumberBesideAHugeOneFails();
     void aGoodNumberBesideAHugeOneIsNoFault();
+    void nothingBehindTheBodyIsRead();
     void nestingHasALimit();
     void marksInsideTextsAreKept();
     void repeatedTextsShareStorage();
@@ -223,6 +230,25 @@ void TestDecodeEvents::aGoodNumberBesideAHugeOneIsNoFault()
         QCOMPARE(faultOf(body), QString());
         QCOMPARE(eventsOf(body).size(), 1);
     }
+}
+
+void TestDecodeEvents::nothingBehindTheBodyIsRead()
+{
+#ifndef Q_OS_UNIX
+    QSKIP("pages are closed otherwise here");
+#else
+    // The body ends with a page, and the next one is closed.
+    const auto page = static_cast<size_t>(sysconf(_SC_PAGESIZE));
+    void *const pages =
+        mmap(nullptr, 2 * page, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    QVERIFY(pages != MAP_FAILED);
+    char *const closed = static_cast<char *>(pages) + page;
+    QCOMPARE(mprotect(closed, page, PROT_NONE), 0);
+    const QByteArray body = R"([{"id":"1","titre":"t"}])";
+    std::ranges::copy(body, closed - body.size());
+    QCOMPARE(eventsOf(QByteArray::fromRawData(closed - body.size(), body.size())).size(), 1);
+    munmap(pages, 2 * page);
+#endif
 }
 
 void TestDecodeEvents::nestingHasALimit()

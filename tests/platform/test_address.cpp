@@ -79,6 +79,7 @@ void TestAddress::furtherAddresses_data()
     row("a port of letters", u"https://x.fr:port/"_s, false, false);
     row("an empty port", u"https://x.fr:/"_s, true, true);
     row("a port too large", u"https://x.fr:99999/"_s, true, true);
+    row("a scheme with an underscore", u"ht_tp://x.fr/"_s, false, false);
     row("a scheme of digits", u"14h:30"_s, false, false);
     row("a colon behind a slash", u"a/14h:30"_s, true, true);
     row("a zero inside", u"https://x.fr/a\0b"_s, false, false);
