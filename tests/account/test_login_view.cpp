@@ -36,6 +36,17 @@ void walk(QAccessibleInterface *parent, QList<std::pair<QAccessible::Role, QStri
     }
 }
 
+/// Counts how often what it filters is put over all others, or below.
+struct ZOrderCounter : QObject {
+    int count = 0;
+
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        count += event->type() == QEvent::ZOrderChange ? 1 : 0;
+        return false;
+    }
+};
+
 } // namespace
 
 class TestLoginView : public QObject {
@@ -148,9 +159,12 @@ private Q_SLOTS:
         other.show();
         other.activateWindow();
         QTRY_VERIFY(other.isActiveWindow());
+        ZOrderCounter raised;
+        window.installEventFilter(&raised);
         LoginView view(AuthMode::signIn, &window);
         view.open();
         QTRY_COMPARE(QGuiApplication::focusWindow(), window.windowHandle());
+        QVERIFY(raised.count > 0);
         QVERIFY(view.focusWidget());
         QCOMPARE(view.focusWidget()->accessibleName(), u"Email"_s);
         QTRY_VERIFY(view.focusWidget()->hasFocus());
