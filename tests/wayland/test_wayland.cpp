@@ -93,7 +93,9 @@ void TestWayland::init()
 void TestWayland::cleanup()
 {
     QVERIFY(m_program && m_program->isRunning());
-    const QStringList complaints = m_program->complaints();
+    QStringList complaints = m_program->complaints();
+    // What newer toolkits say of a compositor that has no keyboard.
+    complaints.removeAll(u"qt.qpa.wayland: unknown keymap format: 0"_s);
     m_program.reset();
     m_service.reset();
     m_portal.reset();
