@@ -33,9 +33,8 @@ bool endsWithConnection(const Received &received)
 // The manager reports a cut body only under a status that it takes for a success.
 bool isCut(const Received &received)
 {
-    const int status = received.status.value_or(0);
-    if (status == 0 || status == 204 || status == 304) // these have no body
-        return false;
+    if (!received.status || *received.status == 204 || *received.status == 304)
+        return false; // these have no body
     return received.body.size() < received.announced.value_or(0);
 }
 

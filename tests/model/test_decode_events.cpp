@@ -198,6 +198,7 @@ void TestDecodeEvents::aNumberThatNobodyReadsMayBeOfAnySize_data()
           "123456789012345678901234567890.5", "-0", "0", "1.5e3"}) {
         QTest::newRow(number.constData()) << number;
     }
+    QTest::newRow("long, and a digit to multiply it by") << QByteArray(400, '9') + "e1";
 }
 
 void TestDecodeEvents::aNumberThatNobodyReadsMayBeOfAnySize()

@@ -11,6 +11,7 @@
 #include <cerrno>
 
 #include <csignal>
+#include <fcntl.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -116,6 +117,19 @@ private Q_SLOTS:
         meddledWith = path();
         QVERIFY(write("whole", Disk::Meddling));
         QCOMPARE(content(), "whole");
+    }
+
+    void aProgramWithoutStandardInputKeepsNoFileOpen()
+    {
+        const int input = dup(STDIN_FILENO);
+        ::close(STDIN_FILENO); // its number is the next to be given
+        const bool isWritten = writePrivateFile(path(), "a record");
+        const bool isOpen = fcntl(STDIN_FILENO, F_GETFD) >= 0;
+        dup2(input, STDIN_FILENO);
+        ::close(input);
+        QVERIFY(isWritten);
+        QVERIFY(!isOpen);
+        QCOMPARE(content(), "a record");
     }
 
     void whatOnlyLooksLikeADraftStays()
