@@ -2,8 +2,7 @@
 
 #include "support/AccessibleSession.h"
 #include "support/StandInWindowManager.h"
-
-#include <QProcess>
+#include "support/VirtualScreen.h"
 
 #include <memory>
 
@@ -20,9 +19,7 @@ public:
     const QDBusConnection &bus() const { return m_session->bus(); }
 
 private:
-    void startScreen();
-
-    QProcess m_screen;
+    std::unique_ptr<VirtualScreen> m_screen;
     std::unique_ptr<StandInWindowManager> m_manager;
     std::unique_ptr<AccessibleSession> m_session;
 };
