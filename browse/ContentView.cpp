@@ -7,10 +7,12 @@
 #include "controls/BusyIndicator.h"
 #include "controls/ErrorText.h"
 #include "controls/Pane.h"
+#include "controls/TabStrip.h"
 #include "controls/TabView.h"
 #include "look/Fonts.h"
 #include "look/KeyboardFocus.h"
 #include "platform/NotificationCenter.h"
+#include "sectionlist/SectionListRow.h"
 
 #include <QAction>
 #include <QFontMetrics>
@@ -42,6 +44,12 @@ public:
     bool hasHeightForWidth() const override { return false; }
     QSize minimumSizeHint() const override { return {}; }
 };
+
+bool showsRing(const QWidget *focus)
+{
+    const auto *row = qobject_cast<const SectionListRow *>(focus);
+    return row ? row->showsFocus() : KeyboardFocus::isVisibleOn(focus);
+}
 
 } // namespace
 
@@ -127,12 +135,14 @@ Header::Actions ContentView::headerActions()
     return {
         .onAddAccount =
             [this] {
+                m_eventBefore = shownList()->focusedEvent();
                 m_state.loginMode = AuthMode::signUp;
                 m_state.isLoginPresented = true;
                 render();
             },
         .onAddEvent =
             [this] {
+                m_eventBefore = shownList()->focusedEvent();
                 m_state.isAddPresented = true;
                 render();
             },
@@ -208,7 +218,7 @@ void ContentView::putBackFocus(const QString &eventId)
     EventList *list = shownList();
     if (!list->isVisible()) {
         // The list is on its way.
-        m_keptFocus = {nullptr, eventId};
+        m_keptFocus = {nullptr, eventId, false};
         m_body->setFocus(Qt::OtherFocusReason);
     } else if (list->focusedEvent() != eventId) {
         // One of the row's own buttons has kept it where it was that button which opened the sheet.
@@ -250,7 +260,7 @@ void ContentView::showBody(QWidget *part)
     // gives way is no place to come back to.
     QWidget *focus = focusWidget();
     if (focus && m_pane->isAncestorOf(focus))
-        m_keptFocus = {focus, shownList()->focusedEvent()};
+        m_keptFocus = {focus, shownList()->focusedEvent(), showsRing(focus)};
     if (focus && m_body->isAncestorOf(focus))
         m_body->setFocus(Qt::OtherFocusReason);
     m_parts->setCurrentWidget(part);
@@ -261,6 +271,15 @@ void ContentView::showBody(QWidget *part)
         return;
     if (kept.eventId)
         shownList()->focusEvent(*kept.eventId);
+    // A list without events takes no focus, and the body has no name that a reader could say.
+    if (kept.eventId && focusWidget() == m_body) {
+        QWidget *tab = m_tabs->strip()->currentTab();
+        if (kept.hadRing)
+            KeyboardFocus::give(tab);
+        else
+            tab->setFocus(Qt::OtherFocusReason);
+        return;
+    }
     // A widget of the list may by now be that of another event, or hidden.
     const bool isStillThere = kept.widget && kept.widget->isVisible()
         && (!kept.eventId

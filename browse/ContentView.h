@@ -71,6 +71,7 @@ private:
     struct KeptFocus {
         QPointer<QWidget> widget;
         std::optional<QString> eventId;
+        bool hadRing = false;
     };
 
     Header::Actions headerActions();
@@ -100,6 +101,7 @@ private:
     std::optional<Instant> m_shownDay; ///< the start of the day that the lists are split at
     bool m_hasRehearsed = false; ///< the list, for speed
     KeptFocus m_keptFocus;
+    std::optional<QString> m_eventBefore; ///< had the focus when a form of no event was opened
     Worker m_worker; ///< orders large lists and frees them
 
     Header *m_header;

@@ -12,6 +12,7 @@
 #include "editor/AddEventView.h"
 
 #include <optional>
+#include <utility>
 
 namespace {
 
@@ -35,6 +36,9 @@ void ContentView::renderSheets()
         return [this, member] {
             m_state.*member = {};
             render();
+            // The row that had it may be that of another event by now.
+            if (const auto id = std::exchange(m_eventBefore, {}))
+                putBackFocus(*id);
         };
     };
     const auto clearEvent = [this](std::optional<Event> State::*member) {

@@ -51,6 +51,11 @@ void TabStrip::setCurrentIndex(int index)
     Q_EMIT currentChanged(index);
 }
 
+QWidget *TabStrip::currentTab() const
+{
+    return m_tabs.value(m_current);
+}
+
 void TabStrip::keyPressEvent(QKeyEvent *event)
 {
     int index = m_current;

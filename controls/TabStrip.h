@@ -17,6 +17,7 @@ public:
     int count() const { return static_cast<int>(m_tabs.size()); }
     int currentIndex() const { return m_current; }
     void setCurrentIndex(int index);
+    QWidget *currentTab() const; ///< where the keyboard is when it is on the strip
 
 Q_SIGNALS:
     void currentChanged(int index);

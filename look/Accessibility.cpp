@@ -2,6 +2,7 @@
 
 #include <QAccessibleWidget>
 #include <QPointer>
+#include <QScrollBar>
 #include <QVariant>
 #include <QWidget>
 
@@ -103,12 +104,48 @@ private:
     Pressable *pressable() const { return dynamic_cast<Pressable *>(object()); }
 };
 
+/// A scroll bar as the toolkit shows it, but for one that is out of reach: it stays where it is.
+class ScrollBarInterface final : public QAccessibleWidget, public QAccessibleValueInterface {
+public:
+    explicit ScrollBarInterface(QScrollBar *bar)
+        : QAccessibleWidget(bar, QAccessible::ScrollBar)
+    {
+    }
+
+    void *interface_cast(QAccessible::InterfaceType type) override
+    {
+        return type == QAccessible::ValueInterface ? static_cast<QAccessibleValueInterface *>(this)
+                                                   : QAccessibleWidget::interface_cast(type);
+    }
+
+    QString text(QAccessible::Text kind) const override
+    {
+        return kind == QAccessible::Value ? QString::number(bar()->value())
+                                          : QAccessibleWidget::text(kind);
+    }
+
+    QVariant currentValue() const override { return bar()->value(); }
+    void setCurrentValue(const QVariant &value) override
+    {
+        if (bar()->isEnabled())
+            bar()->setValue(value.toInt());
+    }
+    QVariant maximumValue() const override { return bar()->maximum(); }
+    QVariant minimumValue() const override { return bar()->minimum(); }
+    QVariant minimumStepSize() const override { return bar()->singleStep(); }
+
+private:
+    QScrollBar *bar() const { return static_cast<QScrollBar *>(object()); }
+};
+
 /// Asked for each class of the object, from its own up to QObject.
 QAccessibleInterface *interfaceOf(const QString &className, QObject *object)
 {
     auto *widget = qobject_cast<QWidget *>(object);
     if (!widget)
         return nullptr;
+    if (className == QLatin1StringView("QScrollBar"))
+        return new ScrollBarInterface(static_cast<QScrollBar *>(object));
     // The toolkit takes a window that is no more than a widget for a filler, which readers skip.
     const bool isPlainWindow =
         className == QLatin1StringView("QWidget") && widget->windowType() == Qt::Window;

@@ -149,6 +149,25 @@ private Q_SLOTS:
         QCOMPARE(loads(), 0);
     }
 
+    void theFocusGoesBackToItsEventThoughTheListChangedMeanwhile()
+    {
+        m_service.rows = {row(u"a"_s, 1), row(u"b"_s, 2), row(u"c"_s, 3)};
+        QTest::keyClick(m_window.get(), Qt::Key_F5);
+        QTRY_VERIFY(named(m_window.get(), u"b"_s));
+        shownList(m_window.get())->focusRow(u"b"_s);
+        QTRY_COMPARE(m_window->focusWidget()->accessibleName(), u"b"_s);
+        // As a screen reader presses: the focus stays where it is.
+        QAbstractButton *add = button(m_window.get(), u"Ajouter un événement"_s);
+        QAccessible::queryAccessibleInterface(add)->actionInterface()->doAction(
+            QAccessibleActionInterface::pressAction());
+        QTRY_VERIFY(sheet(m_window.get()));
+        m_service.rows = {row(u"z"_s, 1), row(u"a"_s, 2), row(u"y"_s, 3), row(u"b"_s, 4)};
+        click(sheet(m_window.get()), u"Créer"_s);
+        QTRY_VERIFY(!sheet(m_window.get()));
+        QTRY_VERIFY(named(m_window.get(), u"z"_s));
+        QTRY_COMPARE(m_window->focusWidget()->accessibleName(), u"b"_s);
+    }
+
     void theListShowsWhatTheServiceHasNotWhatWasTyped()
     {
         click(named(m_window.get(), u"mine"_s), u"Modifier"_s);

@@ -1,5 +1,6 @@
 #include "controls/ErrorText.h"
 #include "controls/TabStrip.h"
+#include "look/KeyboardFocus.h"
 #include "sectionlist/SectionList.h"
 #include "sectionlist/SectionListAccessible.h"
 #include "support/ViewMain.h"
@@ -37,6 +38,8 @@ private Q_SLOTS:
     void aReloadKeepsTheFocusOnItsRow();
     void ofCrossingLoadsNothingOfTheEarlierListStays();
     void aReloadKeepsTheFocusOnTheTabs();
+    void aReloadThatLeavesNoEventGoesOnFromTheTabs_data();
+    void aReloadThatLeavesNoEventGoesOnFromTheTabs();
     void aReloadFromTheErrorGoesOnFromThere();
     void aReloadDoesNotTakeTheFocusBackFromWhereThePersonWent();
 
@@ -193,6 +196,27 @@ void TestWindowReloading::aReloadKeepsTheFocusOnTheTabs()
     QTRY_VERIFY(!named(window.get(), u"No events found."_s));
     QTRY_VERIFY(named(window.get(), u"No events found."_s));
     QCOMPARE(window->focusWidget(), focus.data());
+}
+
+void TestWindowReloading::aReloadThatLeavesNoEventGoesOnFromTheTabs_data()
+{
+    QTest::addColumn<bool>("isByKeyboard");
+    QTest::newRow("by keyboard") << true;
+    QTest::newRow("by mouse") << false;
+}
+
+void TestWindowReloading::aReloadThatLeavesNoEventGoesOnFromTheTabs()
+{
+    QFETCH(bool, isByKeyboard);
+    m_server.answer(reply({row(u"a"_s, 1)}));
+    const auto window = shownWindow();
+    QTRY_VERIFY(named(window.get(), u"a"_s));
+    named(window.get(), u"a"_s)->setFocus(isByKeyboard ? Qt::TabFocusReason : Qt::MouseFocusReason);
+    m_server.answer(reply({}));
+    QTest::keyClick(window.get(), Qt::Key_F5);
+    QTRY_VERIFY(named(window.get(), u"No events found."_s));
+    QCOMPARE(window->focusWidget(), button(window.get(), u"À venir"_s));
+    QCOMPARE(KeyboardFocus::isVisibleOn(window->focusWidget()), isByKeyboard);
 }
 
 void TestWindowReloading::aReloadFromTheErrorGoesOnFromThere()

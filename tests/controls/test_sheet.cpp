@@ -217,6 +217,16 @@ private Q_SLOTS:
         QCOMPARE(it.bar()->maximum(), 0);
     }
 
+    void aDoubleClickWithinAnOpenSheetIsOne()
+    {
+        SheetScene it;
+        it.entry->setText(u"deux mots"_s);
+        it.sheet->open();
+        const QPoint word = it.entry->mapTo(&it.window, QPoint(14, 14));
+        QTest::mouseDClick(it.window.windowHandle(), Qt::LeftButton, {}, word);
+        QCOMPARE(it.entry->selectedText(), u"deux"_s);
+    }
+
     void aLinkOpensItsAddressByMouseKeysAndScreenReader()
     {
         Browser browser;

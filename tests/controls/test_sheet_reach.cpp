@@ -179,6 +179,26 @@ private Q_SLOTS:
         QTRY_COMPARE(pressed.count(), 1);
     }
 
+    void noScreenReaderScrollsWhatLiesBelow()
+    {
+        SheetScene it;
+        ThinScrollBar bar(&it.window);
+        bar.setRange(0, 100);
+        bar.show();
+        QAccessibleInterface *reader = readerOf(&bar);
+        QCOMPARE(reader->role(), QAccessible::ScrollBar);
+        QAccessibleValueInterface *held = reader->valueInterface();
+        it.sheet->open();
+        held->setCurrentValue(40);
+        QCOMPARE(bar.value(), 0);
+        it.sheet->close();
+        held->setCurrentValue(40);
+        QCOMPARE(bar.value(), 40);
+        QCOMPARE(held->currentValue().toInt(), 40);
+        QCOMPARE(held->maximumValue().toInt(), 100);
+        QCOMPARE(reader->text(QAccessible::Value), u"40"_s);
+    }
+
     void aReaderIsToldOfADialogThatIsModal()
     {
         SheetScene it;
@@ -265,16 +285,6 @@ private Q_SLOTS:
         // The next one means it.
         QTest::mouseClick(it.window.windowHandle(), Qt::LeftButton, {}, place.center());
         QVERIFY(!it.sheet->isVisible());
-    }
-
-    void aDoubleClickWithinAnOpenSheetIsOne()
-    {
-        SheetScene it;
-        it.entry->setText(u"deux mots"_s);
-        it.sheet->open();
-        const QPoint word = it.entry->mapTo(&it.window, QPoint(14, 14));
-        QTest::mouseDClick(it.window.windowHandle(), Qt::LeftButton, {}, word);
-        QCOMPARE(it.entry->selectedText(), u"deux"_s);
     }
 
     void cancelClosesASheetThatHoldsNothingAndSaysSoOnce()
