@@ -28,6 +28,7 @@ private Q_SLOTS:
     void anAddressTooLongToBeSeenIsReadAndShownWhole();
     void anAddressIsCutOnlyWhereItDoesNotFit();
     void anAddressThatALargerFontCutsIsShownWhole();
+    void howeverLittleRoomThereIsTheAddressBegins();
     void theReaderPressesIt();
     void aHeldKeyPressesOnce();
     void itsGroundStaysCalmEnoughToReadWhileItsMenuIsOpen();
@@ -128,6 +129,18 @@ void TestAccountButton::anAddressThatALargerFontCutsIsShownWhole()
     QVERIFY(button.toolTip().isEmpty());
     button.setFont(appFont(30));
     QVERIFY(button.toolTip().contains(u"jo@exemple.fr"_s));
+}
+
+void TestAccountButton::howeverLittleRoomThereIsTheAddressBegins()
+{
+    AccountButton button;
+    button.setEmail(u"camille@exemple.fr"_s);
+    button.setRoom(10);
+    QCOMPARE(button.sizeHint().width(), 6 + 18 + 5 + 2 * button.fontMetrics().height() + 6);
+    button.resize(button.sizeHint());
+    const QStringList drawn = drawnTexts(button);
+    QCOMPARE(drawn.size(), 1);
+    QVERIFY2(drawn.first().startsWith(u'c'), qPrintable(drawn.first()));
 }
 
 void TestAccountButton::theReaderPressesIt()

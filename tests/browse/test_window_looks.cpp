@@ -5,6 +5,7 @@
 #include "browse/DeleteConfirmation.h"
 #include "browse/EventMeta.h"
 #include "browse/EventRow.h"
+#include "browse/Header.h"
 #include "browse/TagChips.h"
 #include "browse/TagPalette.h"
 #include "controls/Pane.h"
@@ -130,6 +131,21 @@ private Q_SLOTS:
         const auto *add = button(window.get(), u"Ajouter un compte"_s);
         QCOMPARE(placeIn(window.get(), add).top() - 10,
                  placeIn(window.get(), tagline).bottom() + 1);
+    }
+
+    void theAddressGivesWayBeforeTheBrandBreaks()
+    {
+        Header header({});
+        header.setContent(
+            {.hasSavedCredentials = true, .email = u"camille.bertrand-de-morvelle@exemple.fr"_s});
+        header.show();
+        const auto *brand = label(&header, u"amorvelle.fr"_s);
+        const QWidget *account = header.accountButton();
+        for (const int room : {300, 160, 110}) {
+            header.resize(brand->naturalWidth() + 12 + room, header.height());
+            QTRY_COMPARE(account->width(), std::min(180, room));
+            QVERIFY(brand->width() >= brand->naturalWidth());
+        }
     }
 
     void theButtonForANewEventIs180WideWhereverItsTextFits()

@@ -86,6 +86,7 @@ void TestInstants::furtherForms_data()
     row("an open offset", u"2025-06-14T18:30:00+02:"_s, none);
     row("an open offset behind minutes", u"2025-06-14T18:30:00+02:00:"_s, none);
     row("minutes of an offset beyond the hour", u"2025-06-14T18:30:00+02:60"_s, none);
+    row("seconds of an offset beyond the minute", u"2025-06-14T18:30:00+02:00:60"_s, none);
     row("the hour 25", u"2025-06-14T25:00:00Z"_s, none);
     row("the second 61", u"2025-06-14T18:30:61Z"_s, none);
     row("a space for T", u"2025-06-14 18:30:00Z"_s, none);
