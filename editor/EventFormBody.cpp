@@ -145,9 +145,7 @@ void EventFormBody::addGroup(QVBoxLayout *column, const QString &caption, QWidge
     auto *group = new QVBoxLayout;
     group->setSpacing(captionSpacing);
     group->addWidget(makeCaption(caption));
-    // A picker is as wide as it needs.
-    group->addWidget(control, 0,
-                     qobject_cast<PopupLabel *>(control) ? Qt::AlignLeft : Qt::Alignment());
+    group->addWidget(control);
     column->addLayout(group);
 }
 

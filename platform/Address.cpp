@@ -67,7 +67,7 @@ bool isMadeOf(QStringView part, QStringView further, Letters letters)
             i += 2;
             continue;
         }
-        if (letters == AsciiOnly || c < 0x80)
+        if (letters == AsciiOnly)
             return false;
         char32_t letter = c;
         if (part[i].isHighSurrogate() && i + 1 < part.size() && part[i + 1].isLowSurrogate()) {

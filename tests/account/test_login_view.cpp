@@ -163,6 +163,7 @@ private Q_SLOTS:
         window.installEventFilter(&raised);
         LoginView view(AuthMode::signIn, &window);
         view.open();
+        QCOMPARE(view.focusWidget()->accessibleName(), u"Email"_s); // at once
         QTRY_COMPARE(QGuiApplication::focusWindow(), window.windowHandle());
         QVERIFY(raised.count > 0);
         QVERIFY(view.focusWidget());
