@@ -76,6 +76,8 @@ void TestAddress::furtherAddresses_data()
     row("an IPv6 host that is none", u"https://[bad]/"_s, false, false);
     row("an IPv6 host without its end", u"https://[::1:8000/"_s, false, false);
     row("something behind an IPv6 host", u"https://[::1]x/"_s, false, false);
+    row("a name before an IPv6 host", u"https://nom@[::1]/"_s, true, true);
+    row("a backslash behind a name", u"https://nom@\\x.fr/"_s, false, false);
     row("a port of letters", u"https://x.fr:port/"_s, false, false);
     row("an empty port", u"https://x.fr:/"_s, true, true);
     row("a port too large", u"https://x.fr:99999/"_s, true, true);

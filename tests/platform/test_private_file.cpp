@@ -1,4 +1,5 @@
-// Writing a file while the host interrupts: this program's own write() stands before the host's.
+// Writing a file while the host interrupts: this program's own write() and flock()
+// stand before the host's.
 
 #include "platform/PrivateFile.h"
 
@@ -12,6 +13,7 @@
 
 #include <csignal>
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -20,7 +22,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-enum class Disk { Willing, Interrupted, Full, Killing, Meddling };
+enum class Disk { Willing, Interrupted, Full, Killing, Meddling, MeddlingAtOnce };
 
 // Only what runs between the two lines of a test that set it.
 Disk disk = Disk::Willing;
@@ -53,6 +55,16 @@ extern "C" ssize_t write(int file, const void *bytes, size_t count)
         count = std::min<size_t>(count, 3);
     }
     return syscall(SYS_write, file, bytes, count);
+}
+
+extern "C" int flock(int file, int operation) noexcept
+{
+    if (disk == Disk::MeddlingAtOnce) {
+        // Somebody tidies up before it is locked.
+        disk = Disk::Willing;
+        removeDrafts(meddledWith);
+    }
+    return static_cast<int>(syscall(SYS_flock, file, operation));
 }
 
 class TestPrivateFile : public QObject {
@@ -116,6 +128,13 @@ private Q_SLOTS:
     {
         meddledWith = path();
         QVERIFY(write("whole", Disk::Meddling));
+        QCOMPARE(content(), "whole");
+    }
+
+    void whatIsTidiedAwayAtOnceIsBegunAnew()
+    {
+        meddledWith = path();
+        QVERIFY(write("whole", Disk::MeddlingAtOnce));
         QCOMPARE(content(), "whole");
     }
 
