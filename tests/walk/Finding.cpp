@@ -5,6 +5,7 @@
 #include "support/MembersWindow.h"
 #include "walk/Rows.h"
 
+#include <QLineEdit>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QWindow>
@@ -68,7 +69,9 @@ void giveFocus(QWidget *widget, bool ring)
     if (widget->hasFocus() && Finding::showsRing(widget) == ring)
         return;
     widget->window()->setFocus();
-    widget->setFocus(ring ? Qt::TabFocusReason : Qt::MouseFocusReason);
+    // A field always shows its ring, and the tab key would select its text.
+    const bool isByTab = ring && !qobject_cast<QLineEdit *>(widget);
+    widget->setFocus(isByTab ? Qt::TabFocusReason : Qt::MouseFocusReason);
 }
 
 void followFocus(ContentView *window, const WalkState &state)
@@ -186,6 +189,18 @@ void Finding::point(ContentView *window, QPoint at)
         QCursor::setPos(window->mapToGlobal(place));
         QCoreApplication::processEvents();
     }
+}
+
+void Finding::type(ContentView *window, const QString &field, const QString &text)
+{
+    const Sheet *form = MembersWindow::sheet(window);
+    QLineEdit *edit = form ? MembersWindow::field(form, field) : nullptr;
+    if (!edit)
+        return;
+    edit->setFocus(Qt::MouseFocusReason);
+    edit->selectAll();
+    QTest::keyClick(edit, Qt::Key_Delete);
+    QTest::keyClicks(edit, text);
 }
 
 void Finding::look(ContentView *window, WalkState &state)

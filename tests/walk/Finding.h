@@ -18,6 +18,8 @@ void look(ContentView *window, WalkState &state);
 /// The pointer trembles there, as a hand does: what came to lie under it hears of it only then.
 /// Less than 0: it is not over the window.
 void point(ContentView *window, QPoint at);
+/// Puts the text in place of what the field of the open form holds.
+void type(ContentView *window, const QString &field, const QString &text);
 /// Puts eye and hands there.
 void follow(ContentView *window, const WalkState &state);
 /// Whether the widget with the focus shows so.

@@ -1,5 +1,7 @@
 #include "walk/FreshWindow.h"
 
+#include "app/ButtonStyles.h"
+#include "controls/ErrorText.h"
 #include "support/MembersWindow.h"
 #include "walk/Finding.h"
 #include "walk/Rows.h"
@@ -40,6 +42,7 @@ FreshWindow::FreshWindow(HttpServer &server, const WalkState &state)
         m_server.release();
         m_state.body == Body::Error ? waitForFailure() : waitForMark(m_state.rows);
     }
+    fillForm();
     Scene::settle();
     Finding::follow(m_window.get(), m_state);
     Scene::settle();
@@ -60,6 +63,8 @@ FreshWindow::~FreshWindow()
 void FreshWindow::planLoads()
 {
     m_server.answerWith([this](const HttpRequest &request) {
+        if (m_refusesForm)
+            return Scene::failure(m_state.formStatus, m_state.formFailure);
         if (request.target.startsWith("/auth/"))
             return Scene::signedIn(request);
         if (request.method != "GET")
@@ -173,6 +178,25 @@ void FreshWindow::openSheetOverRow()
         return click(row, {30, 14});
     const QString button = m_state.sheet == SheetKind::Edit ? u"Modifier"_s : u"Supprimer"_s;
     click(WindowTest::button(row, button));
+}
+
+/// Refused first, if it was: what is typed after that does not show in the refusal.
+void FreshWindow::fillForm()
+{
+    const Sheet *form = MembersWindow::sheet(m_window.get());
+    auto *send = form ? form->findChild<PrimaryButton *>() : nullptr;
+    if (!send)
+        return;
+    if (m_state.formStatus != 0) {
+        m_refusesForm = true;
+        for (const QString &field : {u"Email"_s, u"Mot de passe"_s})
+            Finding::type(m_window.get(), field, u"x"_s);
+        send->click();
+        wait("refuses the form", [form] { return form->findChild<ErrorText *>()->isVisible(); });
+        m_refusesForm = false;
+    }
+    for (auto it = m_state.typed.cbegin(); it != m_state.typed.cend(); ++it)
+        Finding::type(m_window.get(), it.key(), it.value());
 }
 
 void FreshWindow::waitForMark(const QByteArray &rows)

@@ -27,6 +27,7 @@ private:
     void crossLoads();
     void openSheet();
     void openSheetOverRow();
+    void fillForm();
     void waitForMark(const QByteArray &rows);
     void waitForFailure();
 
@@ -40,4 +41,5 @@ private:
     std::unique_ptr<ContentView> m_window;
     int m_loads = 0;
     bool m_isLost = false; ///< it will never come into its state
+    bool m_refusesForm = false;
 };

@@ -17,12 +17,13 @@ struct Chance {
 };
 
 constexpr std::array chances = {
-    Chance{Kind::Click, 12, "Click"},    Chance{Kind::Press, 22, "Press"},
-    Chance{Kind::Key, 34, "Key"},        Chance{Kind::Wheel, 14, "Wheel"},
-    Chance{Kind::Resize, 5, "Resize"},   Chance{Kind::Point, 4, "Point"},
-    Chance{Kind::Reload, 8, "Reload"},   Chance{Kind::Script, 9, "Script"},
-    Chance{Kind::Release, 9, "Release"}, Chance{Kind::Session, 6, "Session"},
-    Chance{Kind::Scheme, 2, "Scheme"},   Chance{Kind::Midnight, 2, "Midnight"}};
+    Chance{Kind::Click, 12, "Click"},     Chance{Kind::Press, 22, "Press"},
+    Chance{Kind::Key, 34, "Key"},         Chance{Kind::Wheel, 14, "Wheel"},
+    Chance{Kind::Resize, 5, "Resize"},    Chance{Kind::Point, 4, "Point"},
+    Chance{Kind::Reload, 8, "Reload"},    Chance{Kind::Script, 9, "Script"},
+    Chance{Kind::Release, 9, "Release"},  Chance{Kind::Session, 6, "Session"},
+    Chance{Kind::Type, 14, "Type"},       Chance{Kind::Scheme, 2, "Scheme"},
+    Chance{Kind::Midnight, 2, "Midnight"}};
 
 } // namespace
 

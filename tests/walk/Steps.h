@@ -16,6 +16,7 @@ struct Step {
         Reload,
         Script, ///< how the service answers the next load
         Release, ///< an answer held back comes
+        Type, ///< into a form
         Session, ///< another window signs in or out
         Scheme,
         Midnight

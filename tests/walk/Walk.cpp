@@ -2,7 +2,9 @@
 
 #include "walk/Walk.h"
 
+#include "app/ButtonStyles.h"
 #include "controls/TabStrip.h"
+#include "controls/TextField.h"
 #include "support/MembersWindow.h"
 #include "walk/Finding.h"
 #include "walk/Rows.h"
@@ -80,6 +82,8 @@ void Walk::act(const Step &step)
         return pressButton(first);
     case Step::Kind::Key:
         return pressKey(first);
+    case Step::Kind::Type:
+        return type(first, second);
     case Step::Kind::Wheel:
         return turnWheel(first, second);
     case Step::Kind::Resize:
@@ -147,7 +151,10 @@ void Walk::click(QPoint at)
         return; // the menu takes the mouse
     const auto *button = qobject_cast<QAbstractButton *>(target);
     // Pickers open menus and calendars of their own, which are another matter.
-    if (isForm(m_state.sheet) && (!button || button->text() != u"Annuler"_s))
+    const bool ends = button
+        && (button->text() == u"Annuler"_s
+            || (button->isEnabled() && qobject_cast<const PrimaryButton *>(button)));
+    if (isForm(m_state.sheet) && !ends)
         return;
     if (m_state.sheet == SheetKind::Detail && !button)
         return; // what is selected in a text is not in the state
@@ -237,6 +244,25 @@ void Walk::pressKey(unsigned which)
     else if (presses)
         effect(focus);
     QTest::keyClick(m_window->windowHandle(), key);
+}
+
+void Walk::type(unsigned which, unsigned what)
+{
+    if (!isForm(m_state.sheet) || m_state.isMenuOpen)
+        return;
+    QList<TextField *> fields = MembersWindow::sheet(m_window.get())->findChildren<TextField *>();
+    fields.removeIf([](const TextField *field) { return !field->isVisible(); });
+    if (fields.isEmpty())
+        return;
+    TextField *field = fields.at(qsizetype(which) % fields.size());
+    const QString name = field->accessibleName();
+    const QStringList texts = name.startsWith(u"Email"_s)
+        ? QStringList{u"u1@exemple.fr"_s, u"u2@exemple.fr"_s, QString()}
+        : QStringList{u"Bal"_s, u"la salle"_s, QString()};
+    const QString &text = texts.at(qsizetype(what) % texts.size());
+    m_words = u"“%1” is typed into “%2”"_s.arg(text, name);
+    m_state.typed.insert(name, text);
+    Finding::type(m_window.get(), name, text);
 }
 
 void Walk::turnWheel(unsigned way, unsigned where)

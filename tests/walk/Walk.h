@@ -34,13 +34,14 @@ private:
     };
     struct Expected {
         QByteArray request;
-        HttpAnswer answer;
+        std::optional<HttpAnswer> answer; ///< without: to whoever signs in
     };
 
     void act(const Step &step);
     void click(QPoint at);
     void pressButton(unsigned which);
     void pressKey(unsigned which);
+    void type(unsigned which, unsigned what);
     void turnWheel(unsigned way, unsigned where);
     void resize(unsigned width, unsigned height);
     void script(const Step &step);
@@ -53,10 +54,13 @@ private:
     void openSheet(WalkState::Sheet sheet, const QString &row);
     void closeSheet();
     void confirmDeletion();
+    void submitEvent();
+    void submitAccount();
+    void refuseForm(int status, int number);
     void startLoad();
     QByteArray nextRows();
     void finishLoad(const Load &load);
-    void expect(const QByteArray &request, const HttpAnswer &answer);
+    void expect(const QByteArray &request, const std::optional<HttpAnswer> &answer);
     HttpAnswer answer(const HttpRequest &request);
 
     bool isOverlaid() const; ///< a sheet or the menu is open

@@ -1,5 +1,6 @@
 // Whether a walk is where it ought to be.
 
+#include "controls/ErrorText.h"
 #include "support/MembersWindow.h"
 #include "walk/Finding.h"
 #include "walk/Rows.h"
@@ -26,7 +27,10 @@ bool Walk::looksAtRest() const
     const bool isFailureShown = !m_hasFailed ? failure.isEmpty()
         : m_state.status == 0                ? failure.endsWith(u"connecté."_s)
                                              : failure.contains(u"non %1\""_s.arg(m_state.failure));
-    return m_expected.isEmpty() && isFailureShown
+    const Sheet *sheet = MembersWindow::sheet(m_window.get());
+    const auto *refused = sheet ? sheet->findChild<ErrorText *>() : nullptr;
+    const bool isRefusalShown = (refused && refused->isVisible()) == (m_state.formStatus != 0);
+    return m_expected.isEmpty() && isFailureShown && isRefusalShown
         && (named(m_window.get(), u"Loading events…"_s) != nullptr) == m_isLoading
         && SupabaseClient::session().userId.value_or(QString())
         == (m_state.isSignedIn ? m_state.user : QString())

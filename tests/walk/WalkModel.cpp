@@ -4,6 +4,7 @@
 #include "walk/Scene.h"
 #include "walk/Walk.h"
 
+#include "app/ButtonStyles.h"
 #include "sectionlist/SectionListRow.h"
 
 #include <QAbstractButton>
@@ -62,6 +63,10 @@ void Walk::effectInSheet(QWidget *target)
         closeSheet();
     else if (m_state.sheet == SheetKind::Delete && name == u"Supprimer"_s)
         confirmDeletion();
+    else if (m_state.sheet == SheetKind::Login && qobject_cast<const PrimaryButton *>(target))
+        submitAccount();
+    else if (qobject_cast<const PrimaryButton *>(target) && button->isEnabled())
+        submitEvent();
 }
 
 void Walk::effectInMenu(const QString &name)
@@ -86,6 +91,41 @@ void Walk::closeSheet()
     m_state.sheet = SheetKind::None;
     m_state.sheetRow.clear();
     m_state.sheetRows.clear();
+    m_state.typed.clear();
+    refuseForm(0, 0);
+}
+
+void Walk::refuseForm(int status, int number)
+{
+    m_state.formStatus = status;
+    m_state.formFailure = number;
+}
+
+void Walk::submitEvent()
+{
+    if (!m_state.isSignedIn)
+        return refuseForm(-1, 0);
+    const int status = std::exchange(m_nextStatus, 0);
+    const int number = ++m_loads;
+    expect(m_state.sheet == SheetKind::Add ? "POST /rest/v1/events" : "PATCH /rest/v1/events",
+           status == 0 ? HttpAnswer::whole(201, "[]") : Scene::failure(status, number));
+    if (status != 0)
+        return refuseForm(status, number);
+    closeSheet();
+    startLoad();
+}
+
+void Walk::submitAccount()
+{
+    const int status = std::exchange(m_nextStatus, 0);
+    const int number = ++m_loads;
+    expect("POST /auth/v1/signup",
+           status == 0 ? std::nullopt : std::optional(Scene::failure(status, number)));
+    if (status != 0)
+        return refuseForm(status, number);
+    m_state.user = m_state.typed.value(u"Email"_s).section(u'@', 0, 0);
+    m_state.isSignedIn = m_state.isSaved = true;
+    closeSheet();
 }
 
 void Walk::confirmDeletion()
@@ -150,7 +190,7 @@ void Walk::finishLoad(const Load &load)
     m_state.deleter.clear();
 }
 
-void Walk::expect(const QByteArray &request, const HttpAnswer &answer)
+void Walk::expect(const QByteArray &request, const std::optional<HttpAnswer> &answer)
 {
     m_expected.append({request, answer});
 }
@@ -162,6 +202,6 @@ HttpAnswer Walk::answer(const HttpRequest &request)
         m_unexplained.append(QString::fromUtf8(asked));
         return Scene::failure(500, 0);
     }
-    const HttpAnswer answer = m_expected.takeFirst().answer;
-    return request.target.startsWith("/auth/") ? Scene::signedIn(request) : answer;
+    const Expected expected = m_expected.takeFirst();
+    return expected.answer ? *expected.answer : Scene::signedIn(request);
 }

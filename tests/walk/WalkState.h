@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QDataStream>
+#include <QMap>
 #include <QPoint>
 #include <QSize>
 #include <QString>
@@ -33,6 +34,9 @@ struct WalkState {
     Sheet sheet = Sheet::None;
     QString sheetRow; ///< the title of the event that it is about
     QByteArray sheetRows; ///< what the list showed when it opened
+    QMap<QString, QString> typed; ///< into the fields of its form, by their names
+    int formStatus = 0; ///< of the reply that refused the form; 0: none; -1: nobody was asked
+    int formFailure = 0; ///< which of all that failed
     bool isMenuOpen = false;
 
     // Where the eye and the hands are.
@@ -50,16 +54,16 @@ struct WalkState {
     auto tied() const
     {
         return std::tie(size, dark, now, body, rows, status, failure, isDeletion, deleter,
-                        isSignedIn, isSaved, user, tab, sheet, sheetRow, sheetRows, isMenuOpen,
-                        placeRow, placeTop, sheetScroll, pointer, focusRow, focusStop, focusClass,
-                        focusName, focusOrdinal, ring);
+                        isSignedIn, isSaved, user, tab, sheet, sheetRow, sheetRows, typed,
+                        formStatus, formFailure, isMenuOpen, placeRow, placeTop, sheetScroll,
+                        pointer, focusRow, focusStop, focusClass, focusName, focusOrdinal, ring);
     }
     auto tied()
     {
         return std::tie(size, dark, now, body, rows, status, failure, isDeletion, deleter,
-                        isSignedIn, isSaved, user, tab, sheet, sheetRow, sheetRows, isMenuOpen,
-                        placeRow, placeTop, sheetScroll, pointer, focusRow, focusStop, focusClass,
-                        focusName, focusOrdinal, ring);
+                        isSignedIn, isSaved, user, tab, sheet, sheetRow, sheetRows, typed,
+                        formStatus, formFailure, isMenuOpen, placeRow, placeTop, sheetScroll,
+                        pointer, focusRow, focusStop, focusClass, focusName, focusOrdinal, ring);
     }
     bool operator==(const WalkState &other) const { return tied() == other.tied(); }
 };
