@@ -32,8 +32,13 @@ FreshWindow::FreshWindow(HttpServer &server, const WalkState &state)
     if (!crosses())
         chooseTab();
     // Opened before somebody signs in, since nobody can afterwards.
-    if (m_state.sheet == SheetKind::Login)
+    if (m_state.sheet == SheetKind::Login) {
+        // Nor while whoever failed to delete is remembered.
+        SupabaseClient::signOut();
+        SupabaseClient::clearSavedCredentials();
+        Scene::settle();
         press(u"Ajouter un compte"_s);
+    }
     takeSession();
     if (crosses())
         crossLoads();
@@ -63,6 +68,8 @@ FreshWindow::~FreshWindow()
 void FreshWindow::planLoads()
 {
     m_server.answerWith([this](const HttpRequest &request) {
+        if (m_holdsForm)
+            return HttpAnswer::whole(201, "[]").whenReleased();
         if (m_refusesForm)
             return Scene::failure(m_state.formStatus, m_state.formFailure);
         if (request.target.startsWith("/auth/"))
@@ -194,6 +201,11 @@ void FreshWindow::fillForm()
         send->click();
         wait("refuses the form", [form] { return form->findChild<ErrorText *>()->isVisible(); });
         m_refusesForm = false;
+    }
+    if (m_state.isFormSent) {
+        m_holdsForm = true;
+        send->click();
+        wait("sends the form", [send] { return !send->isEnabled(); });
     }
     for (auto it = m_state.typed.cbegin(); it != m_state.typed.cend(); ++it)
         Finding::type(m_window.get(), it.key(), it.value());

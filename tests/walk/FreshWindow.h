@@ -42,4 +42,5 @@ private:
     int m_loads = 0;
     bool m_isLost = false; ///< it will never come into its state
     bool m_refusesForm = false;
+    bool m_holdsForm = false;
 };

@@ -31,6 +31,7 @@ private:
         QByteArray rows;
         int status = 0; ///< 0: a success
         int number = 0;
+        int form = 0; ///< which of all forms was sent; 0: it is no form
     };
     struct Expected {
         QByteArray request;
@@ -60,6 +61,7 @@ private:
     void startLoad();
     QByteArray nextRows();
     void finishLoad(const Load &load);
+    void finishForm(const Load &sent);
     void expect(const QByteArray &request, const std::optional<HttpAnswer> &answer);
     HttpAnswer answer(const HttpRequest &request);
 
@@ -79,6 +81,7 @@ private:
     bool m_isLoading = false;
     bool m_hasFailed = false;
     QList<Load> m_held;
+    int m_form = 0; ///< which of all that were open
     QList<Expected> m_expected; ///< requests that have yet to come
     QStringList m_unexplained;
     bool m_nextIsHeld = false;

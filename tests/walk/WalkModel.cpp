@@ -10,6 +10,7 @@
 #include <QAbstractButton>
 
 #include <algorithm>
+#include <optional>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -81,6 +82,7 @@ void Walk::effectInMenu(const QString &name)
 
 void Walk::openSheet(SheetKind sheet, const QString &row)
 {
+    ++m_form;
     m_state.sheet = sheet;
     m_state.sheetRow = row;
     m_state.sheetRows = row.isEmpty() ? QByteArray() : m_state.rows;
@@ -92,6 +94,7 @@ void Walk::closeSheet()
     m_state.sheetRow.clear();
     m_state.sheetRows.clear();
     m_state.typed.clear();
+    m_state.isFormSent = false;
     refuseForm(0, 0);
 }
 
@@ -107,11 +110,35 @@ void Walk::submitEvent()
         return refuseForm(-1, 0);
     const int status = std::exchange(m_nextStatus, 0);
     const int number = ++m_loads;
+    const bool isHeld = std::exchange(m_nextIsHeld, false) && m_held.size() < mostHeld;
+    const HttpAnswer answer =
+        status == 0 ? HttpAnswer::whole(201, "[]") : Scene::failure(status, number);
     expect(m_state.sheet == SheetKind::Add ? "POST /rest/v1/events" : "PATCH /rest/v1/events",
-           status == 0 ? HttpAnswer::whole(201, "[]") : Scene::failure(status, number));
-    if (status != 0)
-        return refuseForm(status, number);
-    closeSheet();
+           isHeld ? answer.whenReleased() : answer);
+    const Load sent{{}, status, number, m_form};
+    refuseForm(0, 0);
+    m_state.isFormSent = true;
+    if (isHeld)
+        m_held.append(sent);
+    else
+        finishForm(sent);
+}
+
+/// The form may be gone by now, and another open.
+void Walk::finishForm(const Load &sent)
+{
+    const bool isOpen = m_state.sheet != SheetKind::None && sent.form == m_form;
+    if (isOpen)
+        m_state.isFormSent = false;
+    if (sent.status != 0) {
+        if (isOpen)
+            refuseForm(sent.status, sent.number);
+        return;
+    }
+    if (isOpen)
+        closeSheet();
+    // A window that loads under a sheet over a row is no state that a fresh one comes to.
+    m_nextIsHeld = m_nextIsHeld && m_state.sheet == SheetKind::None;
     startLoad();
 }
 
@@ -153,7 +180,7 @@ void Walk::startLoad()
     m_state.status = m_state.failure = 0;
     m_state.isDeletion = false;
     m_state.deleter.clear();
-    const Load load{nextRows(), std::exchange(m_nextStatus, 0), m_loads};
+    const Load load{nextRows(), std::exchange(m_nextStatus, 0), m_loads, 0};
     const bool isHeld = std::exchange(m_nextIsHeld, false) && m_held.size() < mostHeld;
     const HttpAnswer answer =
         load.status == 0 ? Scene::success(load.rows) : Scene::failure(load.status, load.number);
@@ -178,6 +205,8 @@ QByteArray Walk::nextRows()
 
 void Walk::finishLoad(const Load &load)
 {
+    if (load.form != 0)
+        return finishForm(load);
     m_isLoading = false;
     if (load.status == 0) {
         m_state.rows = load.rows;

@@ -35,6 +35,7 @@ struct WalkState {
     QString sheetRow; ///< the title of the event that it is about
     QByteArray sheetRows; ///< what the list showed when it opened
     QMap<QString, QString> typed; ///< into the fields of its form, by their names
+    bool isFormSent = false; ///< and not answered yet
     int formStatus = 0; ///< of the reply that refused the form; 0: none; -1: nobody was asked
     int formFailure = 0; ///< which of all that failed
     bool isMenuOpen = false;
@@ -55,15 +56,17 @@ struct WalkState {
     {
         return std::tie(size, dark, now, body, rows, status, failure, isDeletion, deleter,
                         isSignedIn, isSaved, user, tab, sheet, sheetRow, sheetRows, typed,
-                        formStatus, formFailure, isMenuOpen, placeRow, placeTop, sheetScroll,
-                        pointer, focusRow, focusStop, focusClass, focusName, focusOrdinal, ring);
+                        isFormSent, formStatus, formFailure, isMenuOpen, placeRow, placeTop,
+                        sheetScroll, pointer, focusRow, focusStop, focusClass, focusName,
+                        focusOrdinal, ring);
     }
     auto tied()
     {
         return std::tie(size, dark, now, body, rows, status, failure, isDeletion, deleter,
                         isSignedIn, isSaved, user, tab, sheet, sheetRow, sheetRows, typed,
-                        formStatus, formFailure, isMenuOpen, placeRow, placeTop, sheetScroll,
-                        pointer, focusRow, focusStop, focusClass, focusName, focusOrdinal, ring);
+                        isFormSent, formStatus, formFailure, isMenuOpen, placeRow, placeTop,
+                        sheetScroll, pointer, focusRow, focusStop, focusClass, focusName,
+                        focusOrdinal, ring);
     }
     bool operator==(const WalkState &other) const { return tied() == other.tied(); }
 };
