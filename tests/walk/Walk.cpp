@@ -39,6 +39,13 @@ bool isForm(SheetKind sheet)
     return sheet == SheetKind::Add || sheet == SheetKind::Edit || sheet == SheetKind::Login;
 }
 
+/// Whether a click on it sends the form or leaves it.
+bool endsForm(const QAbstractButton *button)
+{
+    return button && button->isEnabled()
+        && (button->text() == u"Annuler"_s || qobject_cast<const PrimaryButton *>(button));
+}
+
 } // namespace
 
 Walk::Walk(Mirror &mirror, int patience)
@@ -151,10 +158,7 @@ void Walk::click(QPoint at)
         return; // the menu takes the mouse
     const auto *button = qobject_cast<QAbstractButton *>(target);
     // Pickers open menus and calendars of their own, which are another matter.
-    const bool ends = button
-        && (button->text() == u"Annuler"_s
-            || (button->isEnabled() && qobject_cast<const PrimaryButton *>(button)));
-    if (isForm(m_state.sheet) && !ends)
+    if (isForm(m_state.sheet) && !endsForm(button))
         return;
     if (m_state.sheet == SheetKind::Detail && !button)
         return; // what is selected in a text is not in the state
@@ -178,7 +182,8 @@ QList<QPoint> Walk::targets() const
     };
     const auto buttons = m_window->findChildren<QAbstractButton *>();
     for (const auto *button : buttons) {
-        if (button->isVisible() && button->isEnabled())
+        if (button->isVisible() && button->isEnabled()
+            && (!isForm(m_state.sheet) || endsForm(button)))
             add(button, button->rect().center());
     }
     const auto rows = m_window->findChildren<SectionListRow *>();
