@@ -253,8 +253,16 @@ void Walk::pressKey(unsigned which)
 
 void Walk::type(unsigned which, unsigned what)
 {
-    if (!isForm(m_state.sheet) || m_state.isMenuOpen)
+    if (isOverlaid() && !isForm(m_state.sheet))
         return;
+    if (!isOverlaid()) {
+        // A form to type into, then.
+        for (const QString &opener : {u"Ajouter un événement"_s, u"Ajouter un compte"_s}) {
+            if (const auto *button = WindowTest::button(m_window.get(), opener))
+                return click(button->mapTo(m_window.get(), button->rect().center()));
+        }
+        return;
+    }
     QList<TextField *> fields = MembersWindow::sheet(m_window.get())->findChildren<TextField *>();
     fields.removeIf([](const TextField *field) { return !field->isVisible(); });
     if (fields.isEmpty())
