@@ -157,7 +157,8 @@ private Q_SLOTS:
         auto *add = button(window.get(), u"Ajouter un événement"_s);
         constexpr int padding = 12;
         constexpr int symbolAndGap = 14 + 5;
-        for (const int size : {9, 11, 13, 16, 20}) {
+        // Each width differs from the one before: a layout that is late is waited for.
+        for (const int size : {20, 9, 16, 11, 20, 13}) {
             QFont font = add->font();
             font.setPixelSize(size);
             add->setFont(font);
