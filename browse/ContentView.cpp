@@ -178,9 +178,12 @@ void ContentView::showEvent(QShowEvent *event)
 void ContentView::paintEvent(QPaintEvent *event)
 {
     QWidget::paintEvent(event);
-    // Once the first frame is there, while the answer is awaited.
-    if (!std::exchange(m_hasRehearsed, true))
-        QTimer::singleShot(0, this, [this] { rehearseList(*this); });
+    if (std::exchange(m_hasRehearsed, true))
+        return;
+    // Once the first frame is there, while the answer is awaited. The first turn may be the one
+    // that begins the load, whose request leaves behind all that is due in that turn.
+    QTimer::singleShot(0, this,
+                       [this] { QTimer::singleShot(0, this, [this] { rehearseList(*this); }); });
 }
 
 void ContentView::addShortcuts()
