@@ -149,8 +149,13 @@ void TestAddEventView::everyCaptionStandsAboveOrBeforeItsField()
 void TestAddEventView::aPickerIsAsWideAsItsTextAndAFieldAsTheForm()
 {
     const Form form;
-    for (const QString &picker : {u"Tags"_s, u"Organisé par"_s})
+    const auto left = [&](const QWidget *control) {
+        return control->mapTo(form.view, QPoint()).x();
+    };
+    for (const QString &picker : {u"Tags"_s, u"Organisé par"_s}) {
         QCOMPARE(form.named(picker)->width(), form.named(picker)->sizeHint().width());
+        QCOMPARE(left(form.named(picker)), left(form.field(u"Titre"_s)));
+    }
     for (const QString &field : {u"Titre"_s, u"Lieu"_s, u"Lien"_s, u"Email de contact"_s})
         QCOMPARE(form.field(field)->width(), form.view->card().width() - 2 * 20);
 }
