@@ -124,6 +124,12 @@ void StyledButton::resizeEvent(QResizeEvent *event)
     updateToolTip();
 }
 
+void StyledButton::showEvent(QShowEvent *event)
+{
+    QPushButton::showEvent(event);
+    updateToolTip();
+}
+
 int StyledButton::symbolWidth() const
 {
     return m_symbol ? scaled(symbolSize) + symbolGap : 0;
@@ -153,6 +159,9 @@ void StyledButton::paintButton(QPainter &painter) const
 
 void StyledButton::updateToolTip()
 {
+    // To measure the label loads its font, which one that is not shown need not do.
+    if (!isVisible())
+        return;
     const bool isCut = contentWidth() > width() - 2 * horizontalPadding;
     setPlainToolTip(this, isCut ? m_label : QString());
     // Left empty, it would be read from the tooltip, with that one's markup.

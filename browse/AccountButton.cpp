@@ -65,8 +65,10 @@ void AccountButton::setOpen(bool isOpen)
 
 QSize AccountButton::sizeHint() const
 {
+    if (m_email.isEmpty())
+        return {naturalWidth(), 2 * paddingY + scaled(symbolSize)};
     return {std::min(naturalWidth(), widestHere()),
-            2 * paddingY + std::max(symbolSize, lineHeight(font()))};
+            2 * paddingY + std::max(scaled(symbolSize), lineHeight(font()))};
 }
 
 QSize AccountButton::minimumSizeHint() const
@@ -115,7 +117,7 @@ int AccountButton::naturalWidth() const
 
 bool AccountButton::isCut() const
 {
-    return naturalWidth() > widestHere();
+    return !m_email.isEmpty() && naturalWidth() > widestHere();
 }
 
 int AccountButton::widestHere() const

@@ -3,6 +3,8 @@
 #include <QFontDatabase>
 #include <QFontInfo>
 #include <QFontMetricsF>
+#include <QGuiApplication>
+#include <QScreen>
 
 #include <algorithm>
 #include <array>
@@ -19,9 +21,22 @@ const QFont &desktopFont()
     return font;
 }
 
+/// The size on the screen. Reckoned where it can be: to ask for the font itself loads it, which
+/// takes a fiftieth of the start, and nothing is drawn in it.
+int pixelSizeOf(const QFont &font)
+{
+    if (font.pixelSize() > 0)
+        return font.pixelSize();
+    const QScreen *screen = QGuiApplication::primaryScreen();
+    if (!screen)
+        return QFontInfo(font).pixelSize();
+    constexpr qreal pointsInInch = 72;
+    return qRound(font.pointSizeF() * screen->logicalDotsPerInchY() / pointsInInch);
+}
+
 qreal desktopFactor()
 {
-    static const qreal factor = typeFactor(QFontInfo(desktopFont()).pixelSize());
+    static const qreal factor = typeFactor(pixelSizeOf(desktopFont()));
     return factor;
 }
 
