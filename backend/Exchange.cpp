@@ -2,6 +2,8 @@
 
 #include "backend/OneShotBody.h"
 
+#include <QCoreApplication>
+
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
@@ -75,6 +77,9 @@ void Exchange::send(const Request &request)
     connect(m_reply, &QNetworkReply::readyRead, &m_nextTurn, qOverload<>(&QTimer::start));
     connect(m_reply, &QNetworkReply::sslErrors, this, [this] { m_received.isDistrusted = true; });
     connect(m_reply, &QNetworkReply::finished, this, &Exchange::drain);
+    // Left alone, the manager hands the request to its thread in a later turn of the event loop,
+    // behind all that waits there: at the start, the window's first picture.
+    QCoreApplication::sendPostedEvents(m_reply, QEvent::MetaCall);
 }
 
 void Exchange::checkLength()
