@@ -27,6 +27,12 @@ namespace {
 /// and enough for a portal that is running.
 constexpr std::chrono::milliseconds longestWait{100};
 
+#ifdef Q_OS_LINUX
+/// When the window's icon is looked for: to read the desktop's icon themes takes as long as to
+/// paint the first events, which are waited for more.
+constexpr std::chrono::milliseconds endOfStart{500};
+#endif
+
 void addShortcut(ContentView *window, const QKeySequence &keys, auto act)
 {
     auto *action = new QAction(window);
@@ -96,9 +102,8 @@ void OstreloApp::openFirstWindow()
     applyColors();
     openWindow();
 #ifdef Q_OS_LINUX
-    // The one that the package brings; looked for once the window is on its way. Wayland's desktops
-    // find it by the name of the desktop file.
-    QTimer::singleShot(0, this,
+    // The one that the package brings. Wayland's desktops find it by the name of the desktop file.
+    QTimer::singleShot(endOfStart, this,
                        [] { QApplication::setWindowIcon(QIcon::fromTheme(u"amorvelle"_s)); });
 #endif
 }
