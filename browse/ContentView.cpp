@@ -42,6 +42,7 @@ public:
     using QWidget::QWidget;
 
     bool hasHeightForWidth() const override { return false; }
+    QSize sizeHint() const override { return {}; }
     QSize minimumSizeHint() const override { return {}; }
 };
 
@@ -107,6 +108,8 @@ ContentView::ContentView(QWidget *parent, Now now)
                 followSession();
         },
         Qt::QueuedConnection);
+    // It opens loading: what comes later is neither laid out for the first frame nor its fonts met.
+    m_state.isLoading = true;
     followSession();
     // Otherwise the first control would have it unseen, and Space would press that.
     setFocus();
@@ -168,22 +171,27 @@ void ContentView::showEvent(QShowEvent *event)
     // A spontaneous one only says that the desktop has un-minimised the window.
     if (event->spontaneous())
         return;
-    // Said before the first frame, so that no empty list flashes; begun once that frame is on its
-    // way, since to start the network takes about as long as to paint it.
+    // Before the first frame, so that no empty list flashes and the service works on its answer
+    // while that frame is painted.
     m_state.isLoading = true;
     render();
-    QTimer::singleShot(0, this, [this] { runUnattended(appear()); });
+    runUnattended(appear());
 }
 
 void ContentView::paintEvent(QPaintEvent *event)
 {
     QWidget::paintEvent(event);
-    if (std::exchange(m_hasRehearsed, true))
-        return;
-    // Once the first frame is there, while the answer is awaited. The first turn may be the one
-    // that begins the load, whose request leaves behind all that is due in that turn.
-    QTimer::singleShot(0, this,
-                       [this] { QTimer::singleShot(0, this, [this] { rehearseList(*this); }); });
+    // Once the first frame is there, while the answer is awaited.
+    if (!std::exchange(m_hasRehearsed, true))
+        rehearse(0);
+}
+
+void ContentView::rehearse(int part)
+{
+    QTimer::singleShot(0, this, [this, part] {
+        if (m_state.isLoading && rehearseList(*this, *m_tabs->strip(), part))
+            rehearse(part + 1);
+    });
 }
 
 void ContentView::addShortcuts()
@@ -242,6 +250,9 @@ void ContentView::renderEvents()
         list->setSelectedEvent(selected);
     }
 
+    // The lists are out of view, and at the start there is nothing in them yet.
+    if (m_state.isLoading)
+        return;
     const Calendar calendar = Calendar::current();
     const Instant today = calendar.startOfDay(m_now());
     if (m_shownDay == today)

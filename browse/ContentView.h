@@ -84,6 +84,7 @@ private:
     void followSession();
     void connectAgain();
 
+    void rehearse(int part);
     void render();
     void renderEvents();
     void renderSheets();
