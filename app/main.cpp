@@ -1,5 +1,6 @@
 #include "app/OstreloApp.h"
 #include "backend/SupabaseClient.h"
+#include "platform/LargeBlocks.h"
 
 #include <QApplication>
 
@@ -7,6 +8,7 @@ using namespace Qt::StringLiterals;
 
 int main(int argc, char *argv[])
 {
+    keepLargeBlocksApart();
     QApplication::setApplicationName(u"aMorvelle"_s);
     QApplication::setDesktopFileName(u"amorvelle"_s);
     QApplication application(argc, argv);
