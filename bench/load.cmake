@@ -1,3 +1,4 @@
 amorvelle_add_bench(bench_load
-    LINKS browse simdjson::simdjson
-    SOURCES Clocks.h EventsReply.cpp EventsReply.h LoopbackService.cpp LoopbackService.h)
+    LINKS browse backend platform simdjson::simdjson ZLIB::ZLIB
+    SOURCES Clocks.h EventsReply.cpp EventsReply.h LoopbackService.cpp LoopbackService.h
+        Receiving.cpp Receiving.h)
