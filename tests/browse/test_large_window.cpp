@@ -303,7 +303,8 @@ void TestLargeWindow::everyRowIsSeenToItsEndAndItsButtonsAreWhole()
         return seen.size();
     };
     // Not at once: the list fills when the window's layout has come to rest.
-    QTRY_VERIFY2(look() >= 3 * 4, qPrintable(QStringList(seen.begin(), seen.end()).join(u" | "_s)));
+    QTRY_VERIFY2(look() >= qsizetype{3} * 4,
+                 qPrintable(QStringList(seen.begin(), seen.end()).join(u" | "_s)));
 }
 
 int main(int argc, char *argv[])
