@@ -108,7 +108,8 @@ ContentView::ContentView(QWidget *parent, Now now)
                 followSession();
         },
         Qt::QueuedConnection);
-    // It opens loading: what comes later is neither laid out for the first frame nor its fonts met.
+    // It opens loading: no empty list flashes, and what comes later is neither laid out for the
+    // first frame nor its fonts met.
     m_state.isLoading = true;
     followSession();
     // Otherwise the first control would have it unseen, and Space would press that.
@@ -171,10 +172,7 @@ void ContentView::showEvent(QShowEvent *event)
     // A spontaneous one only says that the desktop has un-minimised the window.
     if (event->spontaneous())
         return;
-    // Before the first frame, so that no empty list flashes and the service works on its answer
-    // while that frame is painted.
-    m_state.isLoading = true;
-    render();
+    // Before the first frame, so that the service works on its answer while that is painted.
     runUnattended(appear());
 }
 
