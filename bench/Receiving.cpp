@@ -12,7 +12,6 @@
 
 #include <algorithm>
 #include <arpa/inet.h>
-#include <array>
 #include <cstdio>
 #include <cstdlib>
 #include <limits>
