@@ -1,5 +1,7 @@
 #include "platform/DesktopAppearance.h"
 
+#include "platform/Worker.h"
+
 #include <QMetaObject>
 #include <QString>
 
@@ -50,6 +52,18 @@ DesktopAppearance::DesktopAppearance(QObject *parent)
         QMetaObject::invokeMethod(this, &DesktopAppearance::settled, Qt::QueuedConnection);
         return;
     }
+    // Whoever asks for the bus first waits until it has shaken hands, however long it takes.
+    m_connecting = std::make_unique<Worker>();
+    m_connecting->run([] { QDBusConnection::sessionBus(); }, this, [this] { connected(); });
+}
+
+void DesktopAppearance::connected()
+{
+    m_connecting.release()->deleteLater();
+    if (!QDBusConnection::sessionBus().isConnected()) {
+        Q_EMIT settled();
+        return;
+    }
     listen();
     ask(colorScheme);
     ask(contrast);
@@ -66,7 +80,7 @@ void DesktopAppearance::listen()
         bus.connect(portalService, portalPath, portalSettings, u"SettingChanged"_s, this,
                     SLOT(settingChanged(QString,QString,QDBusVariant)));
     // clang-format on
-    if (!isListening && bus.isConnected())
+    if (!isListening)
         qWarning("changes of the desktop's colours will not be seen: %s",
                  qPrintable(bus.lastError().message()));
 }
@@ -121,3 +135,5 @@ DesktopAppearance::DesktopAppearance(QObject *parent)
 void DesktopAppearance::settingChanged(const QString &, const QString &, const QDBusVariant &) { }
 
 #endif
+
+DesktopAppearance::~DesktopAppearance() = default;

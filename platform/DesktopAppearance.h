@@ -1,18 +1,22 @@
 #pragma once
 
 #include <QObject>
+#include <memory>
 #include <optional>
 
 class QDBusVariant;
+class Worker;
 
 /// What the desktop asks of all windows' colours, and its changes. On Linux it asks the settings
-/// portal, without waiting for it; elsewhere the toolkit's own platform theme follows the desktop,
-/// and this knows nothing. Main thread.
+/// portal, without waiting for it, nor for the bus; elsewhere the toolkit's own platform theme
+/// follows the desktop, and this knows nothing. Main thread.
 class DesktopAppearance : public QObject {
     Q_OBJECT
 
 public:
     explicit DesktopAppearance(QObject *parent = nullptr);
+    /// Waits for a bus that is being connected to.
+    ~DesktopAppearance() override;
 
     /// Whether windows are to be dark. None while the desktop has not answered, and where it has no
     /// preference.
@@ -36,10 +40,12 @@ private:
         bool operator==(const State &) const = default;
     };
 
+    void connected();
     void listen();
     void ask(const QString &key);
     void set(const QString &key, uint value);
 
     State m_state;
     int m_questions = 0; ///< not answered yet
+    std::unique_ptr<Worker> m_connecting;
 };
