@@ -9,6 +9,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QFontMetrics>
 #include <QIcon>
 #include <QKeySequence>
 #include <QLibraryInfo>
@@ -80,6 +81,8 @@ OstreloApp::OstreloApp(QObject *parent)
     QApplication::setFont(appFont(13));
     loadTranslation();
     makeMenuBar();
+    // While the desktop is asked: the first text that is measured has its fonts looked through.
+    QFontMetrics(QApplication::font()).height();
     connect(&m_appearance, &DesktopAppearance::changed, this, &OstreloApp::applyColors);
     connect(&m_appearance, &DesktopAppearance::settled, this, &OstreloApp::openFirstWindow);
     QTimer::singleShot(longestWait, this, &OstreloApp::openFirstWindow);
