@@ -40,9 +40,9 @@ void TestDesktopFonts::theyAreReadWhileTheDesktopIsAwaited()
     program.start(QStringLiteral(AMORVELLE_PROGRAM), QStringList());
 
     // Nothing but its greeting has come from the program, and nothing is said to it.
-    QTRY_VERIFY(display.hasPendingConnections());
+    QTRY_VERIFY_WITH_TIMEOUT(display.hasPendingConnections(), 30'000);
     int pipe = -1;
-    QTRY_VERIFY((pipe = open(fonts.constData(), O_WRONLY | O_NONBLOCK)) >= 0);
+    QTRY_VERIFY_WITH_TIMEOUT((pipe = open(fonts.constData(), O_WRONLY | O_NONBLOCK)) >= 0, 30'000);
     close(pipe);
     program.kill();
     QVERIFY(program.waitForFinished());
