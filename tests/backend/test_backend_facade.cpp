@@ -9,10 +9,35 @@
 #include "support/HttpServer.h"
 
 #include <QCoreApplication>
+#include <QNetworkReply>
+#include <QSet>
 #include <QTemporaryDir>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+/// How long the requests that are sent while this lives may hear nothing, in milliseconds, as the
+/// toolkit has been told.
+class Patience : public QObject {
+public:
+    Patience() { qApp->installEventFilter(this); }
+
+    const QSet<int> &told() const { return m_told; }
+
+    bool eventFilter(QObject *watched, QEvent *) override
+    {
+        if (const auto *const reply = qobject_cast<QNetworkReply *>(watched))
+            m_told.insert(reply->request().transferTimeout());
+        return false;
+    }
+
+private:
+    QSet<int> m_told;
+};
+
+} // namespace
 
 class TestBackendFacade : public QObject {
     Q_OBJECT
@@ -69,6 +94,17 @@ private Q_SLOTS:
         QCOMPARE(outcomeOf(SupabaseClient::signIn(u"a@b.fr"_s, u"p"_s)).failure(), QString());
         QCOMPARE(names, QStringList(3, u"SupabaseAuthChanged"_s));
         QCOMPARE(SupabaseClient::authChangedNotification(), u"SupabaseAuthChanged"_s);
+    }
+
+    void everyOperationWaitsAMinute()
+    {
+        const Patience patience;
+        EventCreatePayload payload;
+        QCOMPARE(outcomeOf(SupabaseClient::signIn(u"a@b.fr"_s, u"p"_s)).failure(), QString());
+        QCOMPARE(outcomeOf(SupabaseClient::createEvent(payload)).failure(), QString());
+        m_server.answer(HttpAnswer::whole(200, "[]"));
+        QCOMPARE(outcomeOf(SupabaseClient::fetchEvents()).failure(), QString());
+        QCOMPARE(patience.told(), QSet<int>{60'000});
     }
 
     void eventsAreReadAndWrittenWithTheToken()
