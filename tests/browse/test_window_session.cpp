@@ -130,6 +130,18 @@ private Q_SLOTS:
         QVERIFY(!isThere(addAccount));
     }
 
+    void anEmptyTokenIsATokenToo()
+    {
+        m_service.toAccounts = HttpAnswer::whole(200, R"({"access_token":"","user":{"id":"moi"}})");
+        const auto window = windowWith(u"fête"_s);
+        QVERIFY(window);
+        signInAs(u"a@b.fr"_s);
+        QTRY_VERIFY(button(window.get(), addEvent));
+        QVERIFY(!button(window.get(), addAccount));
+        const auto further = windowWith(u"fête"_s);
+        QVERIFY(further && button(further.get(), addEvent));
+    }
+
     void signingInAndOutLoadsNothingAnew()
     {
         const auto window = windowWith(u"fête"_s);
