@@ -5,6 +5,9 @@
 #include "look/FocusRing.h"
 #include "support/MembersWindow.h"
 
+#include <QFile>
+#include <QStandardPaths>
+
 #include <algorithm>
 #include <memory>
 #include <utility>
@@ -51,6 +54,17 @@ class TestWindowSession : public QObject {
     }
     QHash<QByteArray, int> m_before;
 
+    /// What a program leaves that is killed while it remembers somebody.
+    static QString leftBehind()
+    {
+        const QString path = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)
+            + u"/aMorvelle/aMorvelle.credentials.Ab3dEf"_s;
+        QFile file(path);
+        if (!file.open(QIODevice::WriteOnly) || file.write("secr") != 4)
+            qFatal("cannot write a temporary file");
+        return path;
+    }
+
     std::unique_ptr<ContentView> windowWith(const QString &event)
     {
         auto window = shownWindow();
@@ -80,9 +94,11 @@ private Q_SLOTS:
     void whatWasRememberedIsForgottenBeforeItIsTried()
     {
         CredentialsStore::save({u"a@b.fr"_s, u"p"_s});
+        const QString draft = leftBehind();
         const auto window = windowWith(u"fête"_s);
         QVERIFY(window);
         QVERIFY(!CredentialsStore::loadCredentials());
+        QVERIFY(!QFile::exists(draft));
         QCOMPARE(sent("POST", "/auth/"), 0);
         QVERIFY(button(window.get(), addAccount));
         QVERIFY(!button(window.get(), addEvent));
@@ -268,8 +284,10 @@ private Q_SLOTS:
         QVERIFY(window);
         signInAs(u"a@b.fr"_s);
         QTRY_VERIFY(!button(window.get(), addAccount));
+        const QString draft = leftBehind();
         click(window.get(), u"Compte"_s);
         click(accountMenu(window.get()), forget);
+        QVERIFY(!QFile::exists(draft));
         QVERIFY(!accountMenu(window.get()));
         QTRY_VERIFY(button(window.get(), addAccount));
         QVERIFY(!button(window.get(), addEvent));
