@@ -43,6 +43,7 @@ private Q_SLOTS:
     void aFolderInTheValuesPlaceIsLeftAlone();
     void aPipeInTheValuesPlaceHoldsNothingUp();
     void anUnreadableValueIsAbsent();
+    void aValueThatMayOnlyBeReadIsReadAndReplaced();
     void aFolderThatCannotBeMadeIsNoFault();
     void aValueTooLargeIsNotOurs();
     void aValueThatCouldNotBeReadBackIsRefused();
@@ -124,6 +125,11 @@ void TestUserDefaults::aLinkIsNotFollowed()
     QVERIFY(file.open(QIODevice::ReadOnly));
     QCOMPARE(file.readAll(), QByteArray("theirs"));
     QCOMPARE(defaults().data(u"key"_s), QByteArray("ours"));
+
+    QVERIFY(QFile::remove(path()) && QFile::link(elsewhere, path()));
+    defaults().remove(u"key"_s);
+    QVERIFY(!QFileInfo(path()).isSymLink());
+    QVERIFY(QFile::exists(elsewhere));
 }
 
 void TestUserDefaults::aFolderInTheValuesPlaceIsLeftAlone()
@@ -145,6 +151,8 @@ void TestUserDefaults::aPipeInTheValuesPlaceHoldsNothingUp()
     QVERIFY(QDir().mkpath(QFileInfo(path()).path()));
     QVERIFY(::mkfifo(QFile::encodeName(path()).constData(), 0600) == 0);
     QCOMPARE(defaults().data(u"key"_s), std::nullopt);
+    defaults().set(u"key"_s, "ours");
+    QCOMPARE(defaults().data(u"key"_s), QByteArray("ours"));
 }
 
 void TestUserDefaults::anUnreadableValueIsAbsent()
@@ -155,6 +163,21 @@ void TestUserDefaults::anUnreadableValueIsAbsent()
         QCOMPARE(defaults().data(u"key"_s), std::nullopt);
     defaults().set(u"key"_s, "b");
     QCOMPARE(defaults().data(u"key"_s), QByteArray("b"));
+}
+
+void TestUserDefaults::aValueThatMayOnlyBeReadIsReadAndReplaced()
+{
+    const QByteArray folder = QFile::encodeName(QFileInfo(path()).path());
+    const QByteArray file = QFile::encodeName(path());
+    defaults().set(u"key"_s, "a");
+    QCOMPARE(::chmod(file.constData(), 0400), 0);
+    QCOMPARE(::chmod(folder.constData(), 0500), 0);
+    QCOMPARE(defaults().data(u"key"_s), QByteArray("a"));
+    defaults().set(u"key"_s, "b");
+    QCOMPARE(defaults().data(u"key"_s), QByteArray("b"));
+    QCOMPARE(::chmod(file.constData(), 0400), 0);
+    defaults().remove(u"key"_s);
+    QVERIFY(!QFile::exists(path()));
 }
 
 void TestUserDefaults::aFolderThatCannotBeMadeIsNoFault()
