@@ -69,6 +69,8 @@ private Q_SLOTS:
             QTest::addRow("%s, %d", name, status) << error << status << isAnswer;
         };
         row("nothing", QNetworkReply::NoError, 200, true);
+        row("nothing", QNetworkReply::NoError, 101, false);
+        row("nothing", QNetworkReply::NoError, 199, false);
         row("denied", QNetworkReply::ContentAccessDenied, 403, true);
         row("other content", QNetworkReply::UnknownContentError, 418, true);
         row("server", QNetworkReply::InternalServerError, 500, true);

@@ -12,6 +12,13 @@
 #include <QTest>
 #include <QVersionNumber>
 
+#include <array>
+#include <chrono>
+
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -27,6 +34,39 @@ QByteArray rowNamed(const QByteArray &title)
 {
     return "[{\"id\":\"1\",\"titre\":\"" + title + "\"}]";
 }
+
+/// A port of the loopback interface that answers no one who knocks: as behind a firewall.
+class FullPort {
+public:
+    FullPort()
+    {
+        m_address.sin_family = AF_INET;
+        m_address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        socklen_t size = sizeof m_address;
+        m_sockets.front() = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+        if (bind(m_sockets.front(), address(), size) != 0 || listen(m_sockets.front(), 0) != 0
+            || getsockname(m_sockets.front(), address(), &size) != 0)
+            qFatal("no free port on the loopback interface");
+        for (size_t i = 1; i < m_sockets.size(); ++i) {
+            m_sockets[i] = socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
+            ::connect(m_sockets[i], address(), size);
+        }
+    }
+    ~FullPort()
+    {
+        for (const int socket : m_sockets)
+            ::close(socket);
+    }
+    Q_DISABLE_COPY_MOVE(FullPort)
+
+    quint16 number() const { return ntohs(m_address.sin_port); }
+
+private:
+    sockaddr *address() { return reinterpret_cast<sockaddr *>(&m_address); }
+
+    sockaddr_in m_address{};
+    std::array<int, 5> m_sockets{};
+};
 
 } // namespace
 
@@ -217,6 +257,29 @@ private Q_SLOTS:
         LocalBackend backend({u"http://255.255.255.255:9"_s, u"k"_s});
         const auto outcome = outcomeOf(backend.fetchEvents());
         QVERIFY(outcome.errorAs<TransportError>() != nullptr);
+        QCOMPARE(outcome.failure(), u"The connection failed before there was a reply."_s);
+    }
+
+    void aServerThatLetsNobodyInIsSilent()
+    {
+        // Nobody takes what waits, and no more may wait.
+        FullPort port;
+        Limits limits;
+        limits.silence = std::chrono::milliseconds(400);
+        const auto outcome = fetch(u"http://127.0.0.1:%1"_s.arg(port.number()), limits);
+        QVERIFY(outcome.errorAs<TransportError>() != nullptr);
+        QCOMPARE(outcome.failure(), u"The server did not answer for 1 seconds."_s);
+    }
+
+    // The last that can be told from a whole list: the toolkit takes it for the end of the reply.
+    void aListCutByAChunkOfNoSizeIsNoList()
+    {
+        const QByteArray row = rowNamed("Bal");
+        const QByteArray first = QByteArray::number(row.size() - 1, 16) + "\r\n" + row.chopped(1);
+        const auto outcome =
+            fetchOnce(HttpAnswer::raw("HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n"
+                                      + first + "\r\nzz\r\n]\r\n0\r\n\r\n"));
+        QVERIFY(!outcome.value);
         QVERIFY(!outcome.failure().isEmpty());
     }
 
@@ -248,6 +311,45 @@ private Q_SLOTS:
         QCOMPARE(proxy.requests().size(), 1);
     }
 
+    // Of a service that speaks TLS the proxy is asked for a way there, and is told no more.
+    void whatAProxyAnswersOfATunnelIsTold_data()
+    {
+        QTest::addColumn<HttpAnswer>("answer");
+        QTest::addColumn<QString>("failure");
+        const QString failed = u"The connection failed before there was a reply."_s;
+        const QString silent = u"The server did not answer for 1 seconds."_s;
+        QTest::newRow("it cannot reach the service") << HttpAnswer::whole(502, "no way") << failed;
+        QTest::newRow("it will not") << HttpAnswer::whole(403, "non") << failed;
+        QTest::newRow("it wants a password")
+            << HttpAnswer::whole(407, "qui ?", {{"Proxy-Authenticate", "Basic realm=\"x\""}})
+            << u"The network's proxy did not let the request through."_s;
+        QTest::newRow("it opens a way that ends")
+            << HttpAnswer::raw("HTTP/1.1 200 OK\r\n\r\n").thenFin() << lost;
+        // The toolkit does not tell either from a proxy that takes its time.
+        QTest::newRow("it hangs up") << HttpAnswer::fin() << silent;
+        QTest::newRow("it says nothing") << HttpAnswer::silence() << silent;
+    }
+
+    void whatAProxyAnswersOfATunnelIsTold()
+    {
+        QFETCH(HttpAnswer, answer);
+        QFETCH(QString, failure);
+        HttpServer proxy;
+        proxy.answer(answer);
+        QNetworkProxy::setApplicationProxy(
+            {QNetworkProxy::HttpProxy, u"127.0.0.1"_s, proxy.port()});
+        LocalBackend backend({u"https://nowhere.invalid"_s, u"jeton-secret"_s}, impatient());
+        const auto outcome = outcomeOf(backend.fetchEvents());
+        QNetworkProxy::setApplicationProxy(QNetworkProxy::NoProxy);
+        QVERIFY(outcome.errorAs<TransportError>() != nullptr);
+        QCOMPARE(outcome.failure(), failure);
+        QCOMPARE(proxy.requests().size(), 1);
+        QCOMPARE(proxy.connections(), 1);
+        QCOMPARE(proxy.requests().constFirst().method, "CONNECT");
+        QCOMPARE(proxy.requests().constFirst().target, "nowhere.invalid:443");
+        QVERIFY(!proxy.requests().constFirst().raw.contains("jeton-secret"));
+    }
+
     // The end of the connection may come at any moment: with the last byte, or after it.
     void aBodyThatEndsWithItsConnectionIsWhole()
     {
@@ -264,7 +366,10 @@ private Q_SLOTS:
         QNetworkProxy::setApplicationProxy({QNetworkProxy::HttpProxy, u"127.0.0.1"_s, gone.port()});
         LocalBackend backend({u"http://nowhere.invalid"_s, u"k"_s});
         const auto outcome = outcomeOf(backend.fetchEvents());
+        const auto tunnelled = fetch(u"https://nowhere.invalid"_s);
         QNetworkProxy::setApplicationProxy(QNetworkProxy::NoProxy);
+        QVERIFY(tunnelled.errorAs<TransportError>() != nullptr);
+        QCOMPARE(tunnelled.failure(), u"The connection failed before there was a reply."_s);
         // Older toolkits do not tell the proxy's refusal from the server's.
         QCOMPARE(outcome.failure(),
                  QLibraryInfo::version() >= QVersionNumber(6, 8)
