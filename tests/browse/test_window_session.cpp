@@ -1,5 +1,4 @@
-// The window and the session: start-up, the account menu, the sign-in sheet, whose events are
-// whose.
+// The window and the session: start-up, account menu, sign-in sheet, whose events are whose.
 
 #include "browse/EventRow.h"
 #include "look/FocusRing.h"
