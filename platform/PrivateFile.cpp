@@ -17,6 +17,10 @@
 
 namespace {
 
+/// Between the file's name and what makes the draft's its own. Six signs alone would do, and would
+/// be those of "backup".
+constexpr char draftMark[] = ".draft-";
+
 /// A signal that arrives meanwhile, or a host that takes a part, is no failure.
 bool writeAll(int file, const QByteArray &bytes)
 {
@@ -34,7 +38,7 @@ bool writeAll(int file, const QByteArray &bytes)
 class Draft {
 public:
     explicit Draft(const QByteArray &target)
-        : m_path(target + ".XXXXXX")
+        : m_path(target + draftMark + "XXXXXX")
         // Only the user may read what mkostemp makes.
         , m_file(::mkostemp(m_path.data(), O_CLOEXEC))
     {
@@ -62,8 +66,8 @@ private:
 
 bool isDraftOf(const QString &target, const QString &name)
 {
-    const qsizetype length = target.size() + 1 + 6;
-    return name.size() == length && name.startsWith(target + u'.');
+    const QString start = target + QLatin1StringView(draftMark);
+    return name.size() == start.size() + 6 && name.startsWith(start);
 }
 
 void removeIfLeftBehind(const QString &path)

@@ -57,7 +57,7 @@ class TestWindowSession : public QObject {
     static QString leftBehind()
     {
         const QString path = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)
-            + u"/aMorvelle/aMorvelle.credentials.Ab3dEf"_s;
+            + u"/aMorvelle/aMorvelle.credentials.draft-Ab3dEf"_s;
         QFile file(path);
         if (!file.open(QIODevice::WriteOnly) || file.write("secr") != 4)
             qFatal("cannot write a temporary file");

@@ -153,17 +153,19 @@ private Q_SLOTS:
 
     void whatOnlyLooksLikeADraftStays()
     {
-        QVERIFY(QDir(m_folder.path()).mkdir(u"record.folder"_s));
-        for (const QString &name : {u"record.longer1"_s, u"record.txt"_s, u"records.Ab3dEf"_s}) {
+        const QStringList names{u"record.backup"_s, u"record.draft-longer1"_s,
+                                u"record.draft-txt"_s, u"records.draft-Ab3dEf"_s};
+        QVERIFY(QDir(m_folder.path()).mkdir(u"record.draft-folder"_s));
+        for (const QString &name : names) {
             QFile file(m_folder.filePath(name));
             QVERIFY(file.open(QIODevice::WriteOnly));
         }
         removeDrafts(path());
         QCOMPARE(QDir(m_folder.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot).size(),
-                 5);
-        for (const QString &name : {u"record.longer1"_s, u"record.txt"_s, u"records.Ab3dEf"_s})
+                 6);
+        for (const QString &name : names)
             QVERIFY(QFile::remove(m_folder.filePath(name)));
-        QVERIFY(QDir(m_folder.path()).rmdir(u"record.folder"_s));
+        QVERIFY(QDir(m_folder.path()).rmdir(u"record.draft-folder"_s));
     }
 
     void aFullDiskLeavesTheOldFileAndNoOther()

@@ -211,7 +211,7 @@ void TestUserDefaults::aValueThatCouldNotBeReadBackIsRefused()
 void TestUserDefaults::whatAKilledProgramLeftGoesWithTheValue()
 {
     defaults().set(u"key"_s, "a");
-    write(path() + u".Ab3dEf"_s, "secr");
+    write(path() + u".draft-Ab3dEf"_s, "secr");
     defaults().set(u"other"_s, "b");
     defaults().remove(u"key"_s);
     QCOMPARE(QDir(QFileInfo(path()).path())
