@@ -369,12 +369,14 @@ private Q_SLOTS:
         const auto tunnelled = fetch(u"https://nowhere.invalid"_s);
         QNetworkProxy::setApplicationProxy(QNetworkProxy::NoProxy);
         QVERIFY(tunnelled.errorAs<TransportError>() != nullptr);
-        QCOMPARE(tunnelled.failure(), u"The connection failed before there was a reply."_s);
         // Older toolkits do not tell the proxy's refusal from the server's.
+        const bool tellsApart = QLibraryInfo::version() >= QVersionNumber(6, 8);
+        const QString refused = u"The network's proxy did not let the request through."_s;
         QCOMPARE(outcome.failure(),
-                 QLibraryInfo::version() >= QVersionNumber(6, 8)
-                     ? u"The network's proxy did not let the request through."_s
-                     : u"The server \"nowhere.invalid\" refused the connection."_s);
+                 tellsApart ? refused
+                            : u"The server \"nowhere.invalid\" refused the connection."_s);
+        QCOMPARE(tunnelled.failure(),
+                 tellsApart ? refused : u"The connection failed before there was a reply."_s);
     }
 };
 

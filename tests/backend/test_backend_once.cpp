@@ -151,8 +151,8 @@ private Q_SLOTS:
         QCOMPARE(next.failure(), QString());
         QCOMPARE(next.value->size(), 1);
         QCOMPARE(server.requests().size(), 4);
-        // Nor was anything begun besides, of which only a part may have come.
-        QCOMPARE(server.connections(), 4);
+        // Nor was anything begun besides. Newer toolkits connect once more, and say nothing there.
+        QCOMPARE(server.callers(), 4);
     }
 
     void anInterimAnswerIsNeverTakenForTheReply_data()

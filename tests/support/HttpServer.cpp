@@ -225,7 +225,10 @@ void HttpServer::accept()
 void HttpServer::read(QTcpSocket *socket)
 {
     const auto connection = m_open.find(socket);
-    connection->unread += socket->readAll();
+    const QByteArray news = socket->readAll();
+    if (!news.isEmpty() && !std::exchange(connection->hasSpoken, true))
+        ++m_callers;
+    connection->unread += news;
     while (auto request = takeRequest(connection->unread)) {
         request->connection = connection->number;
         m_requests.append(*request);

@@ -102,6 +102,8 @@ public:
     /// Every request so far, in order of its arrival.
     const QList<HttpRequest> &requests() const { return m_requests; }
     int connections() const { return m_connections; }
+    /// Those of the connections that brought a request, or a part of one.
+    int callers() const { return m_callers; }
 
 Q_SIGNALS:
     /// A request has arrived; its answer begins afterwards.
@@ -118,6 +120,7 @@ private:
     struct Connection {
         int number;
         QByteArray unread;
+        bool hasSpoken = false;
     };
     QHash<QTcpSocket *, Connection> m_open;
     struct Held {
@@ -127,5 +130,6 @@ private:
     QList<Held> m_held;
     QList<HttpRequest> m_requests;
     int m_connections = 0;
+    int m_callers = 0;
     QTcpServer m_server; // last: its sockets report their end to the members above
 };
