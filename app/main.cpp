@@ -21,7 +21,7 @@ int main(int argc, char *argv[])
     QApplication::setApplicationName(u"aMorvelle"_s);
     QApplication::setDesktopFileName(u"amorvelle"_s);
     QApplication application(argc, argv);
-    beside.reset();
+    beside.reset(); // whoever measures a text from here on finds the fonts read
     const SupabaseClient::Lifetime service;
     const OstreloApp ostrelo;
     return QApplication::exec();
