@@ -1,6 +1,7 @@
 #include "browse/EventOrder.h"
 
 #include <algorithm>
+#include <iterator>
 #include <map>
 #include <numeric>
 #include <utility>
@@ -30,29 +31,58 @@ QList<qsizetype> displayOrder(const QList<Instant> &dates, qsizetype begin, qsiz
     return order;
 }
 
+struct Entry {
+    Instant date;
+    qsizetype index; ///< where its event is
+};
+
+/// Moves each event to the place of its entry. In place: to have the memory for another list of
+/// them takes longer, and mostly they come in order already.
+void arrange(Event *events, std::vector<Entry> &entries)
+{
+    // Who moves leaves a place for another one: round in a circle, the first is held meanwhile.
+    for (qsizetype first = 0; first < std::ssize(entries); ++first) {
+        const auto whence = [&](qsizetype place) {
+            return std::exchange(entries[static_cast<size_t>(place)].index, place);
+        };
+        qsizetype from = whence(first);
+        if (from == first)
+            continue;
+        Event held = std::move(events[first]);
+        qsizetype place = first;
+        for (; from != first; from = whence(place)) {
+            events[place] = std::move(events[from]);
+            place = from;
+        }
+        events[place] = std::move(held);
+    }
+}
+
 } // namespace
 
 DatedEvents datedEvents(QList<Event> fetched)
 {
-    struct Entry {
-        Instant date;
-        qsizetype index;
-    };
     std::vector<Entry> entries;
     entries.reserve(static_cast<size_t>(fetched.size()));
+    Event *const events = fetched.data();
+    qsizetype kept = 0;
     for (qsizetype i = 0; i < fetched.size(); ++i) {
-        if (const auto date = fetched.at(i).sortDate())
-            entries.push_back({*date, i});
+        const auto date = events[i].sortDate();
+        if (!date)
+            continue;
+        if (kept != i)
+            events[kept] = std::move(events[i]);
+        entries.push_back({*date, kept++});
     }
+    fetched.resize(kept);
     std::ranges::stable_sort(entries, {}, &Entry::date);
 
     DatedEvents dated;
-    dated.events.reserve(static_cast<qsizetype>(entries.size()));
-    dated.dates.reserve(static_cast<qsizetype>(entries.size()));
-    for (const Entry &entry : entries) {
-        dated.events.append(std::move(fetched[entry.index]));
+    dated.dates.reserve(kept);
+    for (const Entry &entry : entries)
         dated.dates.append(entry.date);
-    }
+    arrange(fetched.data(), entries);
+    dated.events = std::move(fetched);
     return dated;
 }
 

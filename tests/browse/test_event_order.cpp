@@ -4,7 +4,9 @@
 #include <QTest>
 #include <QTimeZone>
 
+#include <algorithm>
 #include <optional>
+#include <random>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -66,6 +68,8 @@ private Q_SLOTS:
     void eventsComeEarliestFirstWhateverOrderTheServiceSends();
     void eventsOfTheSameInstantKeepTheServicesOrder();
     void anEventWithoutAReadableDateIsLeftOut();
+    void noEventIsLostOrDoubledInWhateverOrderTheyCome();
+    void aListThatSomebodyElseHoldsStaysAsItIs();
     void aDayAsTextPlacesAnEventAtItsMidnightInGreenwich();
     void yesterdaysLastMinuteIsPastAndTodaysFirstIsComing();
     void aDayThatDoesNotBeginAtMidnightIsSplitWhereItBegins();
@@ -117,6 +121,44 @@ void TestEventOrder::anEventWithoutAReadableDateIsLeftOut()
         eventOf(u"day"_s, {}, u"2025-06-14"_s),
     });
     QCOMPARE(ids(dated.events), QStringList(u"day"_s));
+}
+
+void TestEventOrder::noEventIsLostOrDoubledInWhateverOrderTheyCome()
+{
+    std::mt19937 random(7);
+    const auto draw = [&random](int below) {
+        return static_cast<int>(random() % static_cast<unsigned>(below));
+    };
+    for (int turn = 0; turn < 200; ++turn) {
+        QList<Event> fetched;
+        QList<Event> expected; // put in one by one, each behind the last that is not later
+        for (int i = 0; i < turn; ++i) {
+            const bool isDated = draw(8) > 0;
+            const Event event =
+                eventOf(QString::number(i),
+                        isDated ? std::optional(Instant{draw(turn / 2 + 1)}) : std::nullopt);
+            fetched.append(event);
+            if (!isDated)
+                continue;
+            const auto place = std::ranges::find_if(
+                expected, [&](const Event &other) { return *other.starts_at > *event.starts_at; });
+            expected.insert(place, event);
+        }
+        const DatedEvents dated = datedEvents(fetched);
+        QCOMPARE(ids(dated.events), ids(expected));
+        QCOMPARE(dated.events, expected);
+        QCOMPARE(dated.dates.size(), expected.size());
+        for (qsizetype i = 0; i < expected.size(); ++i)
+            QCOMPARE(dated.dates[i], *expected[i].starts_at);
+    }
+}
+
+void TestEventOrder::aListThatSomebodyElseHoldsStaysAsItIs()
+{
+    const QList<Event> fetched{eventOf(u"late"_s, Instant{2}), eventOf(u"never"_s, {}),
+                               eventOf(u"early"_s, Instant{1})};
+    QCOMPARE(ids(datedEvents(fetched).events), QStringList({u"early"_s, u"late"_s}));
+    QCOMPARE(ids(fetched), QStringList({u"late"_s, u"never"_s, u"early"_s}));
 }
 
 void TestEventOrder::aDayAsTextPlacesAnEventAtItsMidnightInGreenwich()
