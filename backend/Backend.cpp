@@ -3,8 +3,8 @@
 #include "account/CredentialsStore.h"
 #include "backend/AuthReply.h"
 #include "backend/AuthRequests.h"
-#include "backend/DecodeOnWorker.h"
 #include "backend/EventRequests.h"
+#include "backend/FetchedEvents.h"
 #include "backend/ReadReply.h"
 #include "backend/SupabaseError.h"
 
@@ -44,11 +44,13 @@ QCoro::Task<QList<Event>> Backend::fetchEvents()
     Request request = fetchEventsRequest(m_configuration, m_session);
     QCoro::Task<Reply> sending = m_sender.send(std::move(request));
     Reply reply = co_await sending;
-    QCoro::Task<QByteArray> judging = bodyOf(std::move(reply));
-    QByteArray body = co_await judging;
-    QCoro::Task<QList<Event>> decoding =
-        decodeOnWorker(m_worker, m_room, std::move(body), m_diagnosticFile);
-    co_return co_await decoding;
+    const qsizetype size = reply.body.size();
+    std::function<QList<Event>()> read = [reply = std::exchange(reply, {}),
+                                          diagnosticFile = m_diagnosticFile] {
+        return eventsOf(reply, diagnosticFile);
+    };
+    QCoro::Task<QList<Event>> reading = readReply(m_worker, m_room, size, std::move(read));
+    co_return co_await reading;
 }
 
 QCoro::Task<void> Backend::createEvent(EventCreatePayload payload)

@@ -131,15 +131,22 @@ private Q_SLOTS:
         }
     }
 
-    void theListIsReadThereHoweverShortItIs()
+    void aLongListIsReadThereToo()
     {
         Visitor visitor;
-        visitor.server.answer(HttpAnswer::whole(200, R"([{"id":"a","titre":"b"}])"));
-        readHere = 0;
-        readElsewhere = 0;
-        QCOMPARE(outcomeOf(visitor.backend.fetchEvents()).failure(), QString());
-        QCOMPARE(readHere, 0);
-        QVERIFY(readElsewhere > 0);
+        for (const bool isLong : {false, true}) {
+            const QByteArray row =
+                padded(R"("id":"a","titre":"b")", mostReadAtOnce - 2 + (isLong ? 1 : 0));
+            visitor.server.answer(HttpAnswer::whole(200, '[' + row + ']'));
+            readHere = 0;
+            readElsewhere = 0;
+            const auto outcome = outcomeOf(visitor.backend.fetchEvents());
+            QCOMPARE(outcome.failure(), QString());
+            QCOMPARE(outcome.value->size(), 1);
+            const QMutexLocker lock(&mutex);
+            QVERIFY(readHere + readElsewhere > 0);
+            QCOMPARE(isLong ? readHere : readElsewhere, 0);
+        }
     }
 };
 

@@ -1,12 +1,14 @@
 // What the backend does off the main thread.
 
-#include "backend/DecodeOnWorker.h"
+#include "backend/FetchedEvents.h"
+#include "backend/ReadReply.h"
 #include "backend/SupabaseError.h"
 #include "backend/TransportError.h"
 #include "support/Await.h"
 #include "support/EventLoopChecker.h"
 #include "support/ThreadTestMain.h"
 
+#include <QFile>
 #include <QSemaphore>
 #include <QTemporaryDir>
 #include <QTest>
@@ -14,6 +16,7 @@
 #include <atomic>
 #include <functional>
 #include <thread>
+#include <utility>
 #include <vector>
 
 using namespace Qt::StringLiterals;
@@ -23,6 +26,25 @@ class TestBackendWorker : public QObject {
 
     QTemporaryDir m_folder;
     QString path() const { return m_folder.filePath(u"reply.json"_s); }
+
+    /// The events of a reply with this body, read where such a long one is read.
+    QCoro::Task<QList<Event>> events(Worker &worker, WaitingRoom &room, const QByteArray &body)
+    {
+        std::function<QList<Event>()> read = [body, path = path()] {
+            return eventsOf({200, body}, path);
+        };
+        return readReply(worker, room, body.size(), std::move(read));
+    }
+
+    static QByteArray manyRows()
+    {
+        QByteArray body = "[";
+        for (int i = 0; i < 20000; ++i)
+            body +=
+                "{\"id\":\"" + QByteArray::number(i) + "\",\"titre\":\"Bal\",\"tags\":[\"a\"]},";
+        body.back() = ']';
+        return body;
+    }
 
 private Q_SLOTS:
     void aJobRunsElsewhereAndItsEndIsToldHere()
@@ -36,46 +58,45 @@ private Q_SLOTS:
         QVERIFY(ran != std::thread::id() && ran != std::this_thread::get_id());
     }
 
-    void eventsAreDecodedWhileTheEventLoopTurns()
+    void manyEventsAreReadWhileTheEventLoopTurns()
     {
-        QByteArray body = "[";
-        for (int i = 0; i < 20000; ++i)
-            body +=
-                "{\"id\":\"" + QByteArray::number(i) + "\",\"titre\":\"Bal\",\"tags\":[\"a\"]},";
-        body.back() = ']';
         Worker worker;
         WaitingRoom room;
         const EventLoopChecker checker;
-        const auto outcome = outcomeOf(decodeOnWorker(worker, room, body, path()));
+        const auto outcome = outcomeOf(events(worker, room, manyRows()));
         QCOMPARE(outcome.failure(), QString());
         QCOMPARE(outcome.value->size(), 20000);
         QCOMPARE(outcome.value->last().id, u"19999"_s);
         QVERIFY(checker.ticks() > 0);
     }
 
-    void manyDecodingsMayWaitAtOnce()
+    void manyLongRepliesMayWaitAtOnce()
     {
+        const QByteArray body = manyRows();
         Worker worker;
         WaitingRoom room;
         std::vector<Outcome<QList<Event>>> outcomes(50);
         std::vector<QCoro::Task<void>> notes;
         for (auto &outcome : outcomes)
-            notes.push_back(note(decodeOnWorker(worker, room, "[]", path()), outcome));
+            notes.push_back(note(events(worker, room, body), outcome));
         for (const auto &outcome : outcomes)
-            QTRY_VERIFY(outcome.value && outcome.value->isEmpty());
+            QTRY_VERIFY_WITH_TIMEOUT(outcome.value && outcome.value->size() == 20000, 60'000);
     }
 
     void whatCannotBeDecodedIsLeftBehind()
     {
-        Worker worker;
-        WaitingRoom room;
-        const auto outcome = outcomeOf(decodeOnWorker(worker, room, "{\"a\":1}", path()));
-        const auto *const error = outcome.errorAs<SupabaseError>();
-        QVERIFY(error != nullptr);
-        QCOMPARE(error->kind(), SupabaseError::Case::decodingFailed);
-        QFile file(path());
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        QCOMPARE(file.readAll(), "{\"a\":1}");
+        for (const qsizetype size : {qsizetype{10}, mostReadHere + 1}) {
+            const QByteArray body = "{\"a\":\"" + QByteArray(size, 'x') + "\"}";
+            Worker worker;
+            WaitingRoom room;
+            const auto outcome = outcomeOf(events(worker, room, body));
+            const auto *const error = outcome.errorAs<SupabaseError>();
+            QVERIFY(error != nullptr);
+            QCOMPARE(error->kind(), SupabaseError::Case::decodingFailed);
+            QFile file(path());
+            QVERIFY(file.open(QIODevice::ReadOnly));
+            QCOMPARE(file.readAll(), body);
+        }
     }
 
     void whoeverWaitsWhenTheRoomClosesGoesOnWithAnError()

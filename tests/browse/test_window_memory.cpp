@@ -3,6 +3,9 @@
 #include "browse/EventOrder.h"
 #include "support/MembersWindow.h"
 
+#include <QJsonArray>
+#include <QThread>
+
 #include <atomic>
 #include <new>
 #include <utility>
@@ -14,6 +17,16 @@ using namespace MembersWindow;
 namespace {
 
 std::atomic<bool> hasNoMore = false;
+std::atomic<Qt::HANDLE> orderedOn = nullptr;
+
+/// Too long to be put in order on the window's thread.
+QJsonArray longList()
+{
+    QJsonArray rows;
+    for (int i = 0; i < 501; ++i)
+        rows.append(row(u"fête"_s, 3));
+    return rows;
+}
 
 } // namespace
 
@@ -24,6 +37,7 @@ DatedEvents boundDatedEvents(QList<Event> fetched) asm("__wrap__Z11datedEvents5Q
 
 DatedEvents boundDatedEvents(QList<Event> fetched)
 {
+    orderedOn = QThread::currentThreadId();
     if (hasNoMore)
         throw std::bad_alloc();
     return realDatedEvents(std::move(fetched));
@@ -44,7 +58,7 @@ private Q_SLOTS:
     void init()
     {
         hasNoMore = false;
-        m_server.answer(reply({row(u"fête"_s, 3)}));
+        m_server.answer(reply(longList()));
     }
 
     void aListThatCannotBeOrderedIsToldAndTheNextOneShown()
@@ -75,6 +89,20 @@ private Q_SLOTS:
         hasNoMore = false;
         window = shownWindow();
         QTRY_VERIFY(named(window.get(), u"fête"_s));
+    }
+
+    void aVillagesListIsThereWithoutAWayToAnotherThreadAndALongOneHoldsNothingUp()
+    {
+        auto window = shownWindow();
+        QTRY_VERIFY(named(window.get(), u"fête"_s));
+        QVERIFY(orderedOn != QThread::currentThreadId());
+
+        QJsonArray rows = longList();
+        rows.removeLast();
+        m_server.answer(reply(rows));
+        window = shownWindow();
+        QTRY_VERIFY(named(window.get(), u"fête"_s));
+        QVERIFY(orderedOn == QThread::currentThreadId());
     }
 };
 
