@@ -84,8 +84,6 @@ OstreloApp::OstreloApp(QObject *parent)
     // While the desktop is asked: the first text that is measured has its fonts looked through.
     QFontMetrics(QApplication::font()).height();
     connect(&m_appearance, &DesktopAppearance::changed, this, &OstreloApp::applyColors);
-    connect(&m_appearance, &DesktopAppearance::settled, this, &OstreloApp::openFirstWindow);
-    QTimer::singleShot(longestWait, this, &OstreloApp::openFirstWindow);
 #ifndef Q_OS_MACOS // there the program stays without windows
     // With the last window the program ends, unless a write is on its way; and then, too, in the
     // end.
@@ -93,6 +91,12 @@ OstreloApp::OstreloApp(QObject *parent)
         QTimer::singleShot(longestFarewell, this, [] { QCoreApplication::exit(0); });
     });
 #endif
+    if (m_appearance.isSettled()) {
+        openFirstWindow();
+        return;
+    }
+    connect(&m_appearance, &DesktopAppearance::settled, this, &OstreloApp::openFirstWindow);
+    QTimer::singleShot(longestWait, this, &OstreloApp::openFirstWindow);
 }
 
 OstreloApp::~OstreloApp() = default;

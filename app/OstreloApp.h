@@ -17,6 +17,8 @@ class OstreloApp : public QObject {
     Q_OBJECT
 
 public:
+    /// Opens the first window: at once where no desktop is asked for its colours, else from the
+    /// event loop.
     explicit OstreloApp(QObject *parent = nullptr);
     ~OstreloApp() override;
 

@@ -2,7 +2,6 @@
 
 #include "platform/Worker.h"
 
-#include <QMetaObject>
 #include <QString>
 
 #ifdef Q_OS_LINUX
@@ -49,7 +48,7 @@ DesktopAppearance::DesktopAppearance(QObject *parent)
     : QObject(parent)
 {
     if (!hasSessionBus()) {
-        QMetaObject::invokeMethod(this, &DesktopAppearance::settled, Qt::QueuedConnection);
+        m_isSettled = true;
         return;
     }
     // Whoever asks for the bus first waits until it has shaken hands, however long it takes.
@@ -61,7 +60,7 @@ void DesktopAppearance::connected()
 {
     m_connecting.release()->deleteLater();
     if (!QDBusConnection::sessionBus().isConnected()) {
-        Q_EMIT settled();
+        settle();
         return;
     }
     listen();
@@ -99,7 +98,7 @@ void DesktopAppearance::ask(const QString &key)
         if (reply.isValid())
             set(key, numberIn(reply.value().variant()));
         if (--m_questions == 0)
-            Q_EMIT settled();
+            settle();
     });
 }
 
@@ -128,12 +127,18 @@ void DesktopAppearance::set(const QString &key, uint value)
 
 DesktopAppearance::DesktopAppearance(QObject *parent)
     : QObject(parent)
+    , m_isSettled(true)
 {
-    QMetaObject::invokeMethod(this, &DesktopAppearance::settled, Qt::QueuedConnection);
 }
 
 void DesktopAppearance::settingChanged(const QString &, const QString &, const QDBusVariant &) { }
 
 #endif
+
+void DesktopAppearance::settle()
+{
+    m_isSettled = true;
+    Q_EMIT settled();
+}
 
 DesktopAppearance::~DesktopAppearance() = default;

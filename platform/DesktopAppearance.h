@@ -18,6 +18,9 @@ public:
     /// Waits for a bus that is being connected to.
     ~DesktopAppearance() override;
 
+    /// Whether it is known what the desktop wants, or that it will not say. True from the start
+    /// where there is nobody to ask.
+    bool isSettled() const { return m_isSettled; }
     /// Whether windows are to be dark. None while the desktop has not answered, and where it has no
     /// preference.
     std::optional<bool> prefersDark() const { return m_state.prefersDark; }
@@ -26,7 +29,7 @@ public:
 
 Q_SIGNALS:
     /// The desktop has answered, or it is clear that it will not. Emitted once, from the event
-    /// loop.
+    /// loop, unless it was settled from the start.
     void settled();
     void changed();
 
@@ -44,8 +47,10 @@ private:
     void listen();
     void ask(const QString &key);
     void set(const QString &key, uint value);
+    void settle();
 
     State m_state;
+    bool m_isSettled = false;
     int m_questions = 0; ///< not answered yet
     std::unique_ptr<Worker> m_connecting;
 };

@@ -6,6 +6,7 @@
 #include "support/OwnHome.h"
 #include "support/PrivateBus.h"
 #include "support/StandInPortal.h"
+#include "support/WithoutBus.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -60,6 +61,7 @@ private Q_SLOTS:
     void cleanup();
 
     void startingOpensOneWindowNamedAfterTheApplication();
+    void whereNoDesktopIsAskedTheWindowOpensAtOnce();
     void withoutConfigurationTheWindowSaysWhatIsMissing();
     void aDarkDesktopGetsADarkFirstFrame();
     void aDesktopThatDoesNotAnswerHoldsNothingUp();
@@ -91,6 +93,13 @@ void TestApp::startingOpensOneWindowNamedAfterTheApplication()
     QTRY_VERIFY(onlyWindow());
     QCOMPARE(onlyWindow()->windowTitle(), u"aMorvelle"_s);
     QVERIFY(onlyWindow()->isWindow());
+}
+
+void TestApp::whereNoDesktopIsAskedTheWindowOpensAtOnce()
+{
+    const WithoutBus without;
+    const OstreloApp app;
+    QVERIFY(onlyWindow());
 }
 
 void TestApp::withoutConfigurationTheWindowSaysWhatIsMissing()

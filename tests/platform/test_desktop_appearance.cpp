@@ -1,6 +1,7 @@
 #include "platform/DesktopAppearance.h"
 #include "support/PrivateBus.h"
 #include "support/StandInPortal.h"
+#include "support/WithoutBus.h"
 
 #include <QCoreApplication>
 #include <QRegularExpression>
@@ -34,6 +35,7 @@ private Q_SLOTS:
     void theWishForContrastIsSeenToComeAndToGo();
     void anotherSettingChangesNothing();
     void aSlowDesktopIsAskedWithoutWaiting();
+    void whereThereIsNobodyToAskNothingIsAwaited();
 
 private:
     const PrivateBus &m_bus;
@@ -149,9 +151,19 @@ void TestDesktopAppearance::aSlowDesktopIsAskedWithoutWaiting()
     QSignalSpy settled(&appearance, &DesktopAppearance::settled);
     QTRY_COMPARE(portal.questions().size(), 2);
     QCOMPARE(settled.count(), 0);
+    QVERIFY(!appearance.isSettled());
     portal.answer();
     QVERIFY(settled.wait());
+    QVERIFY(appearance.isSettled());
     QCOMPARE(appearance.prefersDark(), std::optional(true));
+}
+
+void TestDesktopAppearance::whereThereIsNobodyToAskNothingIsAwaited()
+{
+    const WithoutBus without;
+    const DesktopAppearance appearance;
+    QVERIFY(appearance.isSettled());
+    QCOMPARE(appearance.prefersDark(), std::nullopt);
 }
 
 int main(int argc, char *argv[])
