@@ -5,7 +5,6 @@
 #include <QTemporaryDir>
 
 #include <cstddef>
-#include <cstdint>
 
 /// A virtual X screen of its own, looked at from outside: through the file that its server keeps
 /// the pixels in, so that looking is no work of the server that is measured with the program.
@@ -18,7 +17,7 @@ public:
     /// For DISPLAY.
     QByteArray display() const { return m_display; }
     /// A number for what the screen shows now: another one for another picture.
-    std::uint64_t picture() const;
+    std::size_t picture() const;
 
 private:
     void map();

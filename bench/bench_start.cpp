@@ -21,7 +21,6 @@
 #include <chrono>
 #include <csignal>
 #include <cstddef>
-#include <cstdint>
 #include <cstdio>
 #include <optional>
 #include <sys/prctl.h>
@@ -49,7 +48,7 @@ constexpr double kilobytes = 1024; ///< of a megabyte
 constexpr double stillness = 300; ///< milliseconds without a change after which none is awaited
 constexpr double least = 600; ///< nor before so many have passed
 constexpr double patience = 20'000; ///< milliseconds
-constexpr std::chrono::microseconds glance{200}; ///< from one look to the next
+constexpr std::chrono::microseconds glance{400}; ///< from one look to the next
 
 double residentMemory(qint64 process)
 {
@@ -61,7 +60,7 @@ double residentMemory(qint64 process)
     return text.mid(start, text.indexOf("kB", start) - start).trimmed().toInt() / kilobytes;
 }
 
-void awaitPicture(const Screen &screen, std::uint64_t picture)
+void awaitPicture(const Screen &screen, std::size_t picture)
 {
     const double begin = Clocks::wall();
     while (screen.picture() != picture) {
@@ -73,7 +72,7 @@ void awaitPicture(const Screen &screen, std::uint64_t picture)
 
 Start start(const Program &program, const Screen &screen, const LoopbackService &service)
 {
-    const std::uint64_t empty = screen.picture();
+    const std::size_t empty = screen.picture();
     QProcess process;
     process.setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGKILL); });
     process.setProcessChannelMode(QProcess::ForwardedChannels);
@@ -81,10 +80,10 @@ Start start(const Program &program, const Screen &screen, const LoopbackService 
     process.start(program.path, QStringList());
 
     Start result;
-    std::uint64_t shown = empty;
+    std::size_t shown = empty;
     for (double now = begin;
          result.first == 0 || now < begin + least || now < begin + result.last + stillness;) {
-        const std::uint64_t picture = screen.picture();
+        const std::size_t picture = screen.picture();
         now = Clocks::wall();
         if (picture != shown) {
             shown = picture;
