@@ -82,6 +82,7 @@ private:
     std::optional<QPoint> m_pointer; ///< while it is over the list
     int m_covered = 0;
     bool m_ringShown = false;
+    bool m_hasSize = false; ///< one to be seen in: it comes when it is first shown
     bool m_filling = false;
     bool m_tellingPointer = false;
     bool m_unpainted = false;

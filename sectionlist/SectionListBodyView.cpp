@@ -84,6 +84,7 @@ void SectionListBody::paintEvent(QPaintEvent *event)
 
 void SectionListBody::resizeEvent(QResizeEvent *event)
 {
+    m_hasSize = true;
     const bool sameWidth = event->oldSize().width() == width();
     const auto kept = m_flow.place();
     m_flow.setViewHeight(height());
@@ -105,7 +106,8 @@ void SectionListBody::paintWhatWaits()
 
 void SectionListBody::layOut(Repaint repaint, const std::optional<Place> &kept)
 {
-    if (m_filling)
+    // Rows would be made and measured in vain.
+    if (m_filling || !m_hasSize)
         return;
     if (repaint == Repaint::WhatMoves)
         paintWhatWaits();

@@ -35,6 +35,7 @@ private Q_SLOTS:
     void aLargerFontMeasuresTheRowsAgain();
     void aRowKeepsItsWidgetAndItsPress();
     void contentIsAskedForFewRowsOnly();
+    void aListThatNobodyHasSeenYetMakesNoRows();
 };
 
 void TestSectionListContent::rowsAddedAboveDoNotMoveWhatIsRead()
@@ -262,6 +263,35 @@ void TestSectionListContent::contentIsAskedForFewRowsOnly()
     window.list->setContent(contentOf(100001));
     window.list->showRow(70000);
     QVERIFY2(asked < 200, qPrintable(QString::number(asked)));
+}
+
+void TestSectionListContent::aListThatNobodyHasSeenYetMakesNoRows()
+{
+    int made = 0;
+    QWidget window;
+    window.resize(400, 300);
+    SectionList list(
+        [&made] {
+            ++made;
+            return new TestRow;
+        },
+        &window);
+    list.resize(400, 300);
+    list.hide();
+    window.show();
+    SectionListContent content;
+    content.sections.append({u"A"_s, 100});
+    content.rowId = [](int row) { return QString::number(row); };
+    content.fill = [](SectionListRow &row, int index) {
+        static_cast<TestRow &>(row).show({QString::number(index)});
+    };
+    list.setContent(content);
+    list.setSelectedRow(u"3"_s);
+    QCOMPARE(made, 0);
+    list.show();
+    QVERIFY(made > 0);
+    QVERIFY(list.rowAt({50, 200}));
+    QVERIFY(list.widgetOf(*list.rowAt({50, 200}))->isVisible());
 }
 
 QTEST_MAIN(TestSectionListContent)
