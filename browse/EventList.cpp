@@ -64,7 +64,7 @@ void EventList::setEvents(const QList<Event> &events, const QList<EventGroup> &g
     content.fill = [this](SectionListRow &widget, int row) {
         const Event &event = m_events.at(m_rows.at(row));
         static_cast<EventRow &>(widget).setEvent(event, isOwner(event, m_currentUserId),
-                                                 m_calendar);
+                                                 *m_calendar);
     };
     m_list->setContent(std::move(content));
     m_body->setCurrentWidget(m_rows.isEmpty() ? m_none : m_list);

@@ -39,7 +39,7 @@ public:
 private:
     QList<Event> m_events;
     QList<qsizetype> m_rows; ///< row -> index into m_events
-    Calendar m_calendar = Calendar::current();
+    std::optional<Calendar> m_calendar; ///< none before the first events
     std::optional<QString> m_currentUserId;
     QStackedLayout *m_body;
     QWidget *m_none;
