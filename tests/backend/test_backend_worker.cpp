@@ -36,10 +36,10 @@ class TestBackendWorker : public QObject {
         return readReply(worker, room, body.size(), std::move(read));
     }
 
-    static QByteArray manyRows()
+    static QByteArray rows(int count)
     {
         QByteArray body = "[";
-        for (int i = 0; i < 20000; ++i)
+        for (int i = 0; i < count; ++i)
             body +=
                 "{\"id\":\"" + QByteArray::number(i) + "\",\"titre\":\"Bal\",\"tags\":[\"a\"]},";
         body.back() = ']';
@@ -63,7 +63,7 @@ private Q_SLOTS:
         Worker worker;
         WaitingRoom room;
         const EventLoopChecker checker;
-        const auto outcome = outcomeOf(events(worker, room, manyRows()));
+        const auto outcome = outcomeOf(events(worker, room, rows(20000)));
         QCOMPARE(outcome.failure(), QString());
         QCOMPARE(outcome.value->size(), 20000);
         QCOMPARE(outcome.value->last().id, u"19999"_s);
@@ -72,7 +72,8 @@ private Q_SLOTS:
 
     void manyLongRepliesMayWaitAtOnce()
     {
-        const QByteArray body = manyRows();
+        const QByteArray body = rows(2000);
+        QVERIFY(body.size() > mostReadHere);
         Worker worker;
         WaitingRoom room;
         std::vector<Outcome<QList<Event>>> outcomes(50);
@@ -80,7 +81,7 @@ private Q_SLOTS:
         for (auto &outcome : outcomes)
             notes.push_back(note(events(worker, room, body), outcome));
         for (const auto &outcome : outcomes)
-            QTRY_VERIFY_WITH_TIMEOUT(outcome.value && outcome.value->size() == 20000, 60'000);
+            QTRY_VERIFY_WITH_TIMEOUT(outcome.value && outcome.value->size() == 2000, 60'000);
     }
 
     void whatCannotBeDecodedIsLeftBehind()
