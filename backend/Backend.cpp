@@ -44,12 +44,9 @@ QCoro::Task<QList<Event>> Backend::fetchEvents()
     Request request = fetchEventsRequest(m_configuration, m_session);
     QCoro::Task<Reply> sending = m_sender.send(std::move(request));
     Reply reply = co_await sending;
-    const qsizetype size = reply.body.size();
-    std::function<QList<Event>()> read = [reply = std::exchange(reply, {}),
-                                          diagnosticFile = m_diagnosticFile] {
-        return eventsOf(reply, diagnosticFile);
-    };
-    QCoro::Task<QList<Event>> reading = readReply(m_worker, m_room, size, std::move(read));
+    std::function read = [path = m_diagnosticFile](const Reply &it) { return eventsOf(it, path); };
+    QCoro::Task<QList<Event>> reading =
+        readReply(m_worker, m_room, std::move(reply), std::move(read));
     co_return co_await reading;
 }
 
@@ -86,11 +83,9 @@ QCoro::Task<void> Backend::write(Request request)
 
 QCoro::Task<QByteArray> Backend::bodyOf(Reply reply)
 {
-    const qsizetype size = reply.body.size();
-    std::function<QByteArray()> judge = [reply = std::exchange(reply, {})] {
-        return judged(reply.status, reply.body);
-    };
-    QCoro::Task<QByteArray> judging = readReply(m_worker, m_room, size, std::move(judge));
+    std::function judge = [](const Reply &it) { return judged(it.status, it.body); };
+    QCoro::Task<QByteArray> judging =
+        readReply(m_worker, m_room, std::move(reply), std::move(judge));
     co_return co_await judging;
 }
 
@@ -122,12 +117,10 @@ QCoro::Task<Session> Backend::sessionFor(Credentials credentials, Request reques
 {
     QCoro::Task<Reply> sending = m_sender.send(std::move(request));
     Reply reply = co_await sending;
-    const qsizetype size = reply.body.size();
-    std::function<Session()> read = [reply = std::exchange(reply, {}), email = credentials.email,
-                                     fallback] {
-        return sessionOf(granted(reply, fallback), email);
+    std::function read = [email = credentials.email, fallback](const Reply &it) {
+        return sessionOf(granted(it, fallback), email);
     };
-    QCoro::Task<Session> reading = readReply(m_worker, m_room, size, std::move(read));
+    QCoro::Task<Session> reading = readReply(m_worker, m_room, std::move(reply), std::move(read));
     co_return co_await reading;
 }
 

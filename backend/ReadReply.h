@@ -1,6 +1,7 @@
 #pragma once
 
 #include "backend/OnWorker.h"
+#include "backend/Reply.h"
 #include "backend/SupabaseError.h"
 #include "backend/UndecodableReply.h"
 
@@ -12,14 +13,15 @@
 /// The largest body, in bytes, that is read where it came in: well under a millisecond's work.
 inline constexpr qsizetype mostReadHere = qsizetype{64} * 1024;
 
-/// What `read` makes of a reply with a body of `size` bytes: at once for a small one, else on the
-/// worker's thread, where what `read` holds is freed too. It may throw SupabaseError and
-/// UndecodableReply, which are passed on.
+/// What `read` makes of the reply: at once of one with a small body, else on the worker's thread,
+/// where the reply is freed too. It may throw SupabaseError and UndecodableReply, which are passed
+/// on.
 template <typename T>
-QCoro::Task<T> readReply(Worker &worker, WaitingRoom &room, qsizetype size, std::function<T()> read)
+QCoro::Task<T> readReply(Worker &worker, WaitingRoom &room, Reply reply,
+                         std::function<T(const Reply &)> read)
 {
-    if (size <= mostReadHere)
-        co_return read();
+    if (reply.body.size() <= mostReadHere)
+        co_return read(reply);
 
     struct Outcome {
         std::optional<T> value;
@@ -27,9 +29,10 @@ QCoro::Task<T> readReply(Worker &worker, WaitingRoom &room, qsizetype size, std:
         std::optional<UndecodableReply> undecodable;
     };
     const auto outcome = std::make_shared<Outcome>();
-    std::function<void()> job = [outcome, read = std::exchange(read, {})] {
+    std::function<void()> job = [outcome, reply = std::exchange(reply, {}),
+                                 read = std::exchange(read, {})] {
         try {
-            outcome->value = read();
+            outcome->value = read(reply);
         } catch (const SupabaseError &error) {
             outcome->refusal = error;
         } catch (const UndecodableReply &error) {

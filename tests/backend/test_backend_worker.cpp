@@ -30,10 +30,8 @@ class TestBackendWorker : public QObject {
     /// The events of a reply with this body, read where such a long one is read.
     QCoro::Task<QList<Event>> events(Worker &worker, WaitingRoom &room, const QByteArray &body)
     {
-        std::function<QList<Event>()> read = [body, path = path()] {
-            return eventsOf({200, body}, path);
-        };
-        return readReply(worker, room, body.size(), std::move(read));
+        std::function read = [path = path()](const Reply &it) { return eventsOf(it, path); };
+        return readReply(worker, room, {200, body}, std::move(read));
     }
 
     static QByteArray rows(int count)
